@@ -1,0 +1,43 @@
+# What every target of the tree has in common: language level, warnings, hardening, and the functions
+# that create a service and a test.
+include_guard(GLOBAL)
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_STANDARD_REQUIRED ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+set(THREADS_PREFER_PTHREAD_FLAG ON)
+find_package(Threads REQUIRED)
+
+add_library(mox_warnings INTERFACE)
+target_compile_options(mox_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>)
+
+# mox_service(NAME sources...): the executable MOX<NAME>Exe of one service.
+function(mox_service name)
+  add_executable(MOX${name}Exe ${ARGN})
+  target_link_libraries(MOX${name}Exe PRIVATE mox_warnings MOX::mox MOX::kit MOX::platform)
+  set_target_properties(MOX${name}Exe PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+endfunction()
+
+# mox_test(NAME [LABEL unit|contract|scenario|...] [TIMEOUT seconds] SOURCES files... [LIBS targets...]):
+# one GoogleTest executable; each of its tests is a ctest test of its own with a deadline.
+function(mox_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "LABEL;TIMEOUT" "SOURCES;LIBS")
+  if(NOT arg_LABEL)
+    set(arg_LABEL unit)
+  endif()
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 60)
+  endif()
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE mox_warnings ${arg_LIBS} GTest::gmock GTest::gtest)
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Tests")
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT})
+endfunction()
