@@ -1,0 +1,2 @@
+# The platform's symbols, exported.
+target_sources(mox_host PRIVATE)

@@ -1,0 +1,2 @@
+# What a run remembers: store, board description, configuration tags, R&D values, XML.
+target_sources(mox_host_logic PRIVATE)

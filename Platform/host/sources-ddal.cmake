@@ -1,0 +1,2 @@
+# Devices.
+target_sources(mox_host_logic PRIVATE)

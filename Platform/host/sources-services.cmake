@@ -1,0 +1,2 @@
+# Log, files, memory, time, timers, mailboxes, shell, troubleshooting files.
+target_sources(mox_host_logic PRIVATE)
