@@ -1,5 +1,5 @@
-# What every target of the tree has in common: language level, warnings, hardening, and the functions
-# that create a service and a test.
+# What every target of the tree has in common: language level and warnings; and the functions that create a
+# service and a test.
 include_guard(GLOBAL)
 
 set(CMAKE_CXX_STANDARD 17)
@@ -7,7 +7,6 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_C_STANDARD 11)
 set(CMAKE_C_STANDARD_REQUIRED ON)
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
@@ -36,8 +35,11 @@ function(mox_test name)
     set(arg_TIMEOUT 60)
   endif()
   add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE mox_warnings ${arg_LIBS} GTest::gmock GTest::gtest)
+  target_link_libraries(${name} PRIVATE mox_warnings mox_test_main ${arg_LIBS} GTest::gmock GTest::gtest)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Tests")
+  math(EXPR deadline "${arg_TIMEOUT} * ${MOX_TEST_TIMEOUT_FACTOR}")
+  # Discovery before the run and not after the link: what is cross-compiled or enters a mount namespace of its own
+  # then lists its tests under the same conditions as it runs them.
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT})
+    PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${deadline})
 endfunction()
