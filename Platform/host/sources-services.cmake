@@ -1,2 +1,3 @@
 # Log, files, memory, time, timers, mailboxes, shell, troubleshooting files.
-target_sources(mox_host_logic PRIVATE)
+target_sources(mox_host_logic PRIVATE
+  run/Clock.cpp)
