@@ -1,0 +1,56 @@
+#include "unit/Common/LogLines.hpp"
+
+#include <pal/AaSysLog.h>
+
+#include <array>
+#include <cstdio>
+
+namespace mox::testing {
+namespace {
+LogLines* current = nullptr;
+}
+
+LogLines::LogLines() {
+    current = this;
+}
+
+LogLines::~LogLines() {
+    current = nullptr;
+}
+
+std::vector<LogLine> LogLines::taken() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_lines;
+}
+
+std::vector<std::string> LogLines::texts() const {
+    std::vector<std::string> texts;
+    for (const LogLine& line : taken()) {
+        texts.push_back(line.text);
+    }
+    return texts;
+}
+
+std::vector<std::string> LogLines::formats() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_formats;
+}
+
+int LogLines::take(int level, unsigned int featureId, const char* format, va_list args) {
+    std::array<char, 8192> text{};
+    std::vsnprintf(text.data(), text.size(), format, args);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_lines.push_back({level, featureId, text.data()});
+    m_formats.emplace_back(format);
+    return m_result;
+}
+
+} // namespace mox::testing
+
+int AaSysLogVPrintE(EAaSysLogSeverityLevel level, unsigned int featureId, const char* format, va_list args) {
+    if (mox::testing::current == nullptr) {
+        ADD_FAILURE() << "a line that nobody expected: " << format;
+        return 0;
+    }
+    return mox::testing::current->take(level, featureId, format, args);
+}
