@@ -53,13 +53,13 @@ typedef EAaTrblCbStatus (*TAaTrblDeleteFileCb)(const char* fileName, void* opaqu
 /// @param maxBytes  largest size of the file in bytes, longer ones are left out; 0: no limit
 /// @param prepare   may be null
 /// @param store     called for each collection
-/// @param remove    may be null; the file then stays
+/// @param discard   may be null; the file then stays
 /// @param opaque    null, or a word that the call-backs are given; stays the caller's, valid until unregistration
 /// @return EAaTrblRetVal_NoError, EAaTrblRetVal_AlreadyExists, EAaTrblRetVal_InvalidValue,
 ///         EAaTrblRetVal_OutOfResources, EAaTrblRetVal_NotStarted
 /// Any thread. Does not block.
 int AaTrblFileRegister(const char* name, const char* fileName, EAaTrblFilePriority priority, uint32_t maxBytes,
-                       TAaTrblPrepareFileCb prepare, TAaTrblStoreFileCb store, TAaTrblDeleteFileCb remove,
+                       TAaTrblPrepareFileCb prepare, TAaTrblStoreFileCb store, TAaTrblDeleteFileCb discard,
                        uint32_t* opaque);
 
 /// Ends a registration.

@@ -1,0 +1,4 @@
+#include "../pal/AaConfig.hpp"
+
+#define MOX_FAMILY <families/AaConfig.def>
+#include "bind.hpp"

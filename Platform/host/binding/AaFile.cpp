@@ -1,0 +1,4 @@
+#include "../pal/AaFile.hpp"
+
+#define MOX_FAMILY <families/AaFile.def>
+#include "bind.hpp"

@@ -1,0 +1,4 @@
+#include "../pal/AaPro.hpp"
+
+#define MOX_FAMILY <families/AaPro.def>
+#include "bind.hpp"
