@@ -14,4 +14,5 @@ target_sources(mox_host PRIVATE
   binding/AaSysMb.cpp
   binding/AaSysTime.cpp
   binding/AaSysTimer.cpp
-  binding/AaTrbl.cpp)
+  binding/AaTrbl.cpp
+  binding/ddal.cpp)

@@ -1,2 +1,4 @@
 # Devices.
-target_sources(mox_host_logic PRIVATE)
+target_sources(mox_host_logic PRIVATE
+  ddal/Strerror.cpp
+  ddal/Unsupported.cpp)
