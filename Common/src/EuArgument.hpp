@@ -1,7 +1,7 @@
 #pragma once
 #include <cstdint>
 
-namespace ps::hwapi::common::constant {
+namespace ps::hwapi::common {
 
 /// Size of the argument block of an execution unit: one pointer.
 constexpr std::uint32_t euArgumentSize = sizeof(void*);
@@ -11,4 +11,4 @@ constexpr std::uint32_t euArgumentSize = sizeof(void*);
 static_assert(euArgumentSize == 4);
 #endif
 
-} // namespace ps::hwapi::common::constant
+} // namespace ps::hwapi::common

@@ -10,23 +10,43 @@
 #include <pal/AaSysCom.h>
 #include <pal/AaSysLog.h>
 
+#include <cxxabi.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <utility>
 
 namespace ps::hwapi::common {
 namespace {
 namespace constant {
 constexpr const char* sourcePath = "Common/src/Service";
 constexpr unsigned int starting = 1;
+constexpr unsigned int waitingForMessage = 2;
+constexpr unsigned int handlingMessage = 3;
 constexpr unsigned int ended = 4;
-constexpr unsigned int highestCommonState = 5;
-constexpr unsigned int lowestOwnState = 7;
+constexpr unsigned int failed = 5;
+constexpr std::int32_t withoutLimit = -1;
 constexpr std::uint16_t nodeWithoutId = 0x0F01;
 constexpr std::uint32_t mainEuStackSize = 4096;
 constexpr std::uint32_t mainEuPriority = 10;
 constexpr std::uint32_t returnAfterEuHasEnded = 1;
 } // namespace constant
+
+/// A message that is being handled: destroyed at the end, however the handling ends.
+struct ReceivedMessage {
+    explicit ReceivedMessage(void* received) : msg(received) {}
+    ReceivedMessage(const ReceivedMessage&) = delete;
+    ReceivedMessage& operator=(const ReceivedMessage&) = delete;
+    ~ReceivedMessage() {
+        if (msg != nullptr && deleteMsg) {
+            AaSysComMsgDestroy(&msg);
+        }
+    }
+
+    void* msg;
+    bool deleteMsg = true;
+};
 
 bool isHelpRequested(ArgParserBase& parser) {
     return parser.ReadArgument("h") == "arg on" || parser.ReadArgument("help") == "arg on";
@@ -135,7 +155,7 @@ bool Service::CreateAndStartEu() {
     const std::string euName = m_name + "Main";
     const EAaProEuRetVal result = AaSysComEuCreateAndStartWithPolicy(
         &euId, euName.c_str(), ServiceMainEu, constant::mainEuStackSize, policy, constant::mainEuPriority, 0, &argument,
-        constant::euArgumentSize, constant::returnAfterEuHasEnded);
+        euArgumentSize, constant::returnAfterEuHasEnded);
     if (result != EAaProEuRetVal_NoError) {
         AaSysLogPrintE(EAaSysLogSeverityLevel_Error, m_radId, "%s main EU creation failed %d", m_name.c_str(),
                        static_cast<int>(result));
@@ -146,6 +166,44 @@ bool Service::CreateAndStartEu() {
         return false;
     }
     return true;
+}
+
+void* Service::ServiceMainEu(void* argument) {
+    int* const success = *static_cast<int**>(argument);
+    Service& service = *Get();
+    try {
+        service.SetServiceStateRad(constant::starting);
+        service.InitEu();
+        service.runLoop();
+        *success = 1;
+        service.SetServiceStateRad(constant::ended);
+        return nullptr;
+    } catch (const InitFailedException& failure) {
+        service.logFailure(failure);
+    } catch (const RuntimeException& failure) {
+        service.logFailure(failure);
+    } catch (abi::__forced_unwind&) {
+        // A cancelled thread has to unwind to its end.
+        throw;
+    } catch (...) {
+        AaSysLogPrintE(EAaSysLogSeverityLevel_Error, service.m_radId, "Unexpected exception in %s:%i",
+                       constant::sourcePath, __LINE__);
+    }
+    *success = 0;
+    service.SetServiceStateRad(constant::failed);
+    return nullptr;
+}
+
+void Service::runLoop() {
+    do {
+        SetServiceStateRad(constant::waitingForMessage);
+    } while (Run());
+}
+
+void Service::logFailure(const CHwapiException& failure) const {
+    AaSysLogPrintE(EAaSysLogSeverityLevel_Error, m_radId, "%s : %s (file: %s, line: %zd)", failure.what(),
+                   failure.getDescription().c_str(), failure.getFile().c_str(),
+                   static_cast<ssize_t>(failure.getLine()));
 }
 
 void Service::Shutdown() {
@@ -168,36 +226,68 @@ void Service::InitEu() {
                    static_cast<unsigned int>(m_assignedCpid.load(std::memory_order_relaxed)));
 }
 
+bool Service::Run() {
+    HandleMessages();
+    PingWatchdog();
+    return !m_terminateRequest.load(std::memory_order_relaxed);
+}
+
+void Service::HandleMessages() {
+    ReceivedMessage received(hwapiMsgQueueReceive(constant::withoutLimit, 0));
+    if (received.msg == nullptr) {
+        return;
+    }
+    const std::uint16_t id = AaSysComMsgGetId(received.msg);
+    if (id == AASYSCOM_ECHO_ROUTE_REQ_MSG) {
+        received.deleteMsg = !handleEchoRouteRequest(received.msg);
+        return;
+    }
+    const auto entry = m_delegates.find(id);
+    if (entry == m_delegates.end()) {
+        logUnknownMessage(received.msg, id);
+        return;
+    }
+    SetServiceStateRad(constant::handlingMessage);
+    callDelegate(*entry->second, received.msg, id);
+}
+
+bool Service::handleEchoRouteRequest(void*& msg) const {
+    AaSysLogPrintE(EAaSysLogSeverityLevel_Info, m_radId, "AASYSCOM_ECHO_ROUTE_REQ_MSG received");
+    if (AaSysComControlHandleEchoRouteReq(&msg) == 0) {
+        AaSysComControlPrintRouteReq(msg);
+        return false;
+    }
+    AaSysLogPrintE(EAaSysLogSeverityLevel_Info, m_radId, "deleteMsg = false");
+    return true;
+}
+
+void Service::callDelegate(MsgDelegateBase& delegate, void* msg, std::uint16_t id) const {
+    try {
+        delegate.HandleMessage(msg);
+    } catch (const RuntimeException& failure) {
+        throw RuntimeException(failure);
+    } catch (const std::exception&) {
+        AaSysLogPrintE(EAaSysLogSeverityLevel_Error, m_radId, "Message handling failed 0x%04X",
+                       static_cast<unsigned int>(id));
+        throw RuntimeException("std::exception in Run()", constant::sourcePath, __LINE__);
+    }
+}
+
+void Service::logUnknownMessage(const void* msg, std::uint16_t id) const {
+    AaSysLogPrintE(EAaSysLogSeverityLevel_Warning, m_radId,
+                   "Unknown message received: id=0x%04X receiver=0x%08X sender=0x%08X", static_cast<unsigned int>(id),
+                   static_cast<unsigned int>(AaSysComMsgGetReceiver(msg)),
+                   static_cast<unsigned int>(AaSysComMsgGetSender(msg)));
+}
+
+void Service::PingWatchdog() {}
+
 void Service::Terminate() {
     m_terminateRequest.store(true, std::memory_order_relaxed);
 }
 
 ERadHwapi Service::GetRadId() const {
     return m_radId;
-}
-
-void Service::SetServiceStateRad(unsigned int state) {
-    const bool isCommon = state <= constant::highestCommonState;
-    // 6 lies between the two groups and is never written.
-    if ((isCommon && m_useCommonServiceState.load(std::memory_order_relaxed)) || state >= constant::lowestOwnState) {
-        SetFlagValue(m_stateRadId, state);
-    }
-}
-
-unsigned int Service::GetServiceStateRad() {
-    return AaConfigRadGetValue(m_stateRadId);
-}
-
-void Service::SetUseCommonServiceState(unsigned int use) {
-    m_useCommonServiceState.store(use != 0, std::memory_order_relaxed);
-}
-
-void Service::SetFlagValue(unsigned int flag, unsigned int value) const {
-    const int result = AaConfigRadSetValue(flag, value);
-    if (result != 0) {
-        AaSysLogPrintE(EAaSysLogSeverityLevel_Error, m_radId, "%s: failed to set flag %u to %u (reason %u)",
-                       "SetFlagValue", flag, value, static_cast<unsigned int>(result));
-    }
 }
 
 const std::string& Service::GetName() const {

@@ -181,8 +181,8 @@ enum ERadHwapi : std::uint32_t {
     ERadHwapi_EACSecond = 0x200B0, ///< "EAC", as index 56
 };
 
-/// State parameters of the hardware services: ids of R&D parameters, 0x220000 plus an index. A service mirrors its state
-/// in one of them.
+/// State parameters of the hardware services: ids of R&D parameters, 0x220000 plus an index. A service mirrors its
+/// state in one of them.
 enum ERadHwapiState : std::uint32_t {
     ERadHwapiState_CpriState = 0x220000,
     ERadHwapiState_StartupState = 0x220001,
@@ -223,14 +223,11 @@ enum ERadHwapiState : std::uint32_t {
     ERadHwapiState_PowerState = 0x220033,
 };
 
-namespace constant {
+/// Parameters that are read but not registered: operators set them by id, they read 0 until somebody does, and no list
+/// of parameters shows them.
+namespace unregistered {
+constexpr std::uint32_t syscomConfigForHwBringup = 0x200EC; ///< "SyscomConfigForHwBringup"
+constexpr std::uint32_t enableBtsLxc = 0x200ED;             ///< "EnableBtsLxc"
+} // namespace unregistered
 
-/// @name Parameters that are read but not registered
-/// Operators set them by id; they read 0 until somebody does, and no list of parameters shows them.
-/// @{
-constexpr std::uint32_t radSyscomConfigForHwBringup = 0x200EC;
-constexpr std::uint32_t radEnableBtsLxc = 0x200ED;
-/// @}
-
-} // namespace constant
 } // namespace ps::hwapi::common

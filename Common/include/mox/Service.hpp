@@ -4,7 +4,6 @@
 #include <mox/CHwapiException.hpp>
 #include <mox/ERadHwapi.hpp>
 #include <mox/MsgDelegateBase.hpp>
-
 #include <pal/AaConfig.h>
 #include <pal/AaSem.h>
 
@@ -33,9 +32,9 @@ namespace ps::hwapi::common {
 ///     LedService service;
 ///
 /// Threads: the process's first thread builds and destroys the object and calls Startup and Shutdown; it waits in
-/// Startup until the main EU has ended. Init, Run and every delegate run on the main EU. Delegates are added and removed
-/// only there, or before the EU starts. Terminate, GetSicad, GetRadId, SetFlagValue and the state operations may be
-/// called from any thread.
+/// Startup until the main EU has ended. Init, Run and every delegate run on the main EU. Delegates are added and
+/// removed only there, or before the EU starts. Terminate, GetSicad, GetRadId, SetFlagValue and the state operations
+/// may be called from any thread.
 ///
 /// State written to the state parameter: 1 starting, 2 waiting for a message, 3 handling one, 4 ended, 5 failed.
 class Service : public virtual AbstractService {
@@ -79,7 +78,8 @@ public:
     /// @param delegate  not null
     void AddMsgDelegate(std::unique_ptr<MsgDelegateBase> delegate) override;
 
-    /// Destroys the handler of a message id; an unknown id is ignored. Not from within that very handler.
+    /// Destroys the handler of a message id; an unknown id is ignored. A handler that removes itself may not touch its
+    /// members afterwards.
     void RemoveMsgDelegate(unsigned short msgId) override;
 
     /// @return the service's address on its node, node 0x0F01 while the node has no id; CPID 0 before InitEu
@@ -185,10 +185,10 @@ private:
     using DelegateMap = std::map<std::uint16_t, std::unique_ptr<MsgDelegateBase>>;
 
     static void* ServiceMainEu(void* argument);
-    void runMainEu();
-    void handleMessage(void*& msg, bool& deleteMsg);
-    void handleEchoRouteRequest(void*& msg, bool& deleteMsg);
-    void callDelegate(MsgDelegateBase& delegate, void* msg, std::uint16_t id);
+    void runLoop();
+    void logFailure(const CHwapiException& failure) const;
+    bool handleEchoRouteRequest(void*& msg) const;
+    void callDelegate(MsgDelegateBase& delegate, void* msg, std::uint16_t id) const;
     void logUnknownMessage(const void* msg, std::uint16_t id) const;
 
     static void ConfigTagObserver(const char* tag, const void* value, unsigned int length);
