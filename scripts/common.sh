@@ -21,7 +21,7 @@ misuse() {
 configureAndBuild() {
     local preset=$1
     shift
-    cmake --preset "$preset" --log-level=WARNING -S "$top" "$@"
+    (cd "$top" && cmake --preset "$preset" "$@" >/dev/null)
     cmake --build "$top/build/$preset" --parallel "$jobs"
 }
 

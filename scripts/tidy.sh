@@ -37,7 +37,7 @@ done
 command -v clang-tidy-14 >/dev/null || die "clang-tidy-14 is missing: scripts/setup.sh lanes"
 build=$top/build/tidy
 cd "$top"
-cmake --preset tidy --log-level=WARNING >/dev/null
+cmake --preset tidy >/dev/null
 
 # Compiled files of ours; generated ones and others' lie below build/ or outside of the tree.
 mapfile -t compiled < <(python3 -c '
