@@ -13,16 +13,49 @@ namespace {
 /// What the manual clock knows of. Never destroyed: threads may still wait while the process ends.
 struct Registry {
     std::mutex moving; ///< held for a whole move; taken before `mutex`
-    std::mutex mutex;  ///< guards what follows
+    std::mutex mutex;  ///< guards `waits`
     std::condition_variable changed;
     std::vector<TimedWait*> waits;
-    std::vector<std::pair<int, std::function<void(std::uint64_t)>>> followers;
+    std::vector<std::pair<int, ManualClock::Follower>> followers; ///< guarded by `moving`
     int nextFollower = 1;
+
+    /// The first deadline that lies ahead.
+    std::uint64_t nextDeadline();
+    /// Wakes the waits whose deadline has come by `ns`.
+    void wake(std::uint64_t ns);
+    void follow();
 };
 
 Registry& registry() {
     static auto& instance = *new Registry;
     return instance;
+}
+
+std::uint64_t Registry::nextDeadline() {
+    const std::uint64_t now = monotonicNs();
+    std::uint64_t next = noDeadline;
+    const auto consider = [&](std::uint64_t deadline) {
+        if (deadline > now)
+            next = std::min(next, deadline);
+    };
+    for (const auto& follower : followers)
+        consider(follower.second.nextDeadline());
+    const std::lock_guard<std::mutex> guard(mutex);
+    for (const TimedWait* wait : waits)
+        consider(wait->deadlineNs());
+    return next;
+}
+
+void Registry::wake(std::uint64_t ns) {
+    const std::lock_guard<std::mutex> guard(mutex);
+    for (TimedWait* wait : waits)
+        if (wait->deadlineNs() <= ns)
+            wait->wake();
+}
+
+void Registry::follow() {
+    for (const auto& follower : followers)
+        follower.second.follow();
 }
 
 std::chrono::steady_clock::time_point steady(std::uint64_t ns) {
@@ -65,37 +98,28 @@ void ManualClock::enable() {
     detail::manualUtcMinusMonotonicNs = static_cast<std::int64_t>(detail::readClock(CLOCK_REALTIME) - now);
     detail::manualMonotonicNs = now;
     detail::manualClockOn = true;
+    known.follow();
 }
 
 void ManualClock::disable() {
     auto& known = registry();
     const std::lock_guard<std::mutex> moving(known.moving);
     detail::manualClockOn = false;
-    const std::lock_guard<std::mutex> guard(known.mutex);
-    for (TimedWait* wait : known.waits)
-        wait->m_wake(wait->m_context);
+    known.wake(noDeadline);
+    known.follow();
 }
 
 void ManualClock::advance(std::uint64_t ns) {
     auto& known = registry();
     const std::lock_guard<std::mutex> moving(known.moving);
     const std::uint64_t target = detail::manualMonotonicNs + ns;
-    for (std::uint64_t stop = 0; stop != target;) {
-        {
-            const std::lock_guard<std::mutex> guard(known.mutex);
-            const std::uint64_t now = detail::manualMonotonicNs;
-            stop = target;
-            for (const TimedWait* wait : known.waits)
-                if (wait->m_deadlineNs > now)
-                    stop = std::min(stop, wait->m_deadlineNs);
-            detail::manualMonotonicNs = stop;
-            for (TimedWait* wait : known.waits)
-                if (wait->m_deadlineNs <= stop)
-                    wait->m_wake(wait->m_context);
-        }
-        for (const auto& follower : known.followers)
-            follower.second(stop);
-    }
+    std::uint64_t stop = 0;
+    do {
+        stop = std::min(target, known.nextDeadline());
+        detail::manualMonotonicNs = stop;
+        known.wake(stop);
+        known.follow();
+    } while (stop != target);
 }
 
 void ManualClock::setUtc(std::uint64_t ns) {
@@ -108,16 +132,16 @@ bool ManualClock::awaitWaits(std::size_t count, std::uint64_t limitMs) {
     return known.changed.wait_for(lock, std::chrono::milliseconds(limitMs), [&] {
         const std::uint64_t now = monotonicNs();
         const auto standing = std::count_if(known.waits.begin(), known.waits.end(), [now](const TimedWait* wait) {
-            return wait->m_deadlineNs != noDeadline && wait->m_deadlineNs > now;
+            return wait->deadlineNs() != noDeadline && wait->deadlineNs() > now;
         });
         return static_cast<std::size_t>(standing) >= count;
     });
 }
 
-int ManualClock::addFollower(std::function<void(std::uint64_t)> follow) {
+int ManualClock::addFollower(Follower follower) {
     auto& known = registry();
     const std::lock_guard<std::mutex> moving(known.moving);
-    known.followers.emplace_back(known.nextFollower, std::move(follow));
+    known.followers.emplace_back(known.nextFollower, std::move(follower));
     return known.nextFollower++;
 }
 

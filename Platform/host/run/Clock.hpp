@@ -91,8 +91,11 @@ public:
     /// @return nanoseconds; 0 when expired; noDeadline: until woken
     std::uint64_t sleepNs();
 
+    std::uint64_t deadlineNs() const noexcept { return m_deadlineNs; }
+    /// Ends the sleep, for another look.
+    void wake() { m_wake(m_context); }
+
 private:
-    friend class ManualClock;
     friend class detail::ConditionWait;
     void join();
     void leave();
@@ -126,9 +129,16 @@ public:
     /// @return false when `limitMs` of real time have passed before
     static bool awaitWaits(std::size_t count, std::uint64_t limitMs = 10'000);
 
-    /// Has `follow` called, by the thread that moves the clock, after each stop; it returns when the follower has done
-    /// what was due. @return a number for removeFollower
-    static int addFollower(std::function<void(std::uint64_t nowNs)> follow);
+    /// Something that has deadlines of its own, beside the waits of threads.
+    struct Follower {
+        /// When it is due next; noDeadline: never.
+        std::function<std::uint64_t()> nextDeadline;
+        /// Called by the thread that moves the clock, at each stop and when the clock is switched on or off; returns
+        /// when what was due has been done.
+        std::function<void()> follow;
+    };
+    /// @return a number for removeFollower
+    static int addFollower(Follower follower);
     /// Returns when the follower is not running and will not be called again.
     static void removeFollower(int number);
 };
