@@ -65,7 +65,7 @@ inline std::uint64_t deadlineIn(std::uint64_t durationNs) noexcept {
 }
 
 /// One wait of one thread with a time limit. Costs nothing but the clock's reads while the manual clock is off; while
-/// it is on, the wait is known to the clock, which calls `wake` when the deadline has come. Built, used and destroyed
+/// it is on, the wait is known to the clock, which calls back when the deadline has come. Built, used and destroyed
 /// by the waiting thread.
 class TimedWait {
 public:
@@ -74,8 +74,8 @@ public:
     using Wake = void (*)(void* context);
 
     /// @param deadlineNs  as monotonicNs() shows it; noDeadline: no limit
-    TimedWait(std::uint64_t deadlineNs, Wake wake, void* context) noexcept
-        : m_deadlineNs(deadlineNs), m_wake(wake), m_context(context) {}
+    TimedWait(std::uint64_t deadlineNs, Wake onDeadline, void* context) noexcept
+        : m_deadlineNs(deadlineNs), m_wake(onDeadline), m_context(context) {}
     /// Returns only when no `wake` of this wait is running or can begin. Locks that `wake` takes must not be held.
     ~TimedWait() {
         if (m_listed)
