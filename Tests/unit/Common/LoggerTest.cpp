@@ -1,4 +1,4 @@
-#include "unit/Common/LogLines.hpp"
+#include "support/LogLines.hpp"
 
 #include <mox/Logger.hpp>
 

@@ -24,7 +24,7 @@ inline void PrintTo(const LogLine& line, std::ostream* out) {
     *out << '{' << line.level << ", 0x" << std::hex << line.featureId << std::dec << ", \"" << line.text << "\"}";
 }
 
-/// Catches the lines that arrive at AaSysLogVPrintE while it lives. Any thread may log meanwhile.
+/// Catches the lines that arrive at AaSysLogPrintE and AaSysLogVPrintE while it lives. Any thread may log meanwhile.
 class LogLines {
 public:
     LogLines();

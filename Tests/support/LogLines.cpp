@@ -1,4 +1,4 @@
-#include "unit/Common/LogLines.hpp"
+#include "support/LogLines.hpp"
 
 #include <pal/AaSysLog.h>
 
@@ -53,4 +53,12 @@ int AaSysLogVPrintE(EAaSysLogSeverityLevel level, unsigned int featureId, const 
         return 0;
     }
     return mox::testing::current->take(level, featureId, format, args);
+}
+
+int AaSysLogPrintE(EAaSysLogSeverityLevel level, unsigned int featureId, const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    const int result = AaSysLogVPrintE(level, featureId, format, args);
+    va_end(args);
+    return result;
 }
