@@ -62,7 +62,8 @@ EAaProEuRetVal AaProEeGetDefaultSchedulingPolicy(EAaProEuSchedulingPolicy* polic
 
 /// Runs a command with the shell and waits for its end; what it prints goes to the log, a line each, at severity 2.
 /// @param command         the command line
-/// @param[out] exitStatus the command's exit status, or 128 + signal; unchanged on other results than 0, 5, 6. May be null.
+/// @param[out] exitStatus the command's exit status, or 128 + signal; unchanged on other results than 0, 5, 6. May be
+/// null.
 /// @return EAaProEuRetVal 0 (it ran to its end, whatever its status), 1, 2, 5, 6. Blocks until the command has ended.
 EAaProEuRetVal AaProCmdExec(const char* command, int32_t* exitStatus);
 

@@ -189,7 +189,7 @@ uint16_t AaSysComEuUserRegister(uint16_t cpid);
 /// Registers a further CPID whose messages go to the calling EU's queue; otherwise as AaSysComEuUserRegister.
 uint16_t AaSysComUserRegister(uint16_t cpid);
 
-/// Ends a registration; messages that are still queued for it are destroyed. An EU that ends loses its registrations.
+/// Ends a registration. What is queued already can still be received. An EU that ends loses its registrations.
 /// @return 0, 6. Any thread of the process. Does not block.
 EAaSysComRetVal AaSysComUserDeregister(uint16_t cpid);
 

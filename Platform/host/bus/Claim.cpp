@@ -1,0 +1,95 @@
+#include "Claim.hpp"
+
+#include "../run/PlatformLog.hpp"
+#include "../run/Run.hpp"
+#include "SocketNames.hpp"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+namespace mox::host {
+
+namespace {
+
+/// Holds the node's lock, so that two processes never both find a dead process's name free.
+class NodeLock {
+public:
+    explicit NodeLock(const Run& run) : m_fd(openat(run.nodeFd(), "lock", O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
+        if (m_fd >= 0) {
+            flock(m_fd, LOCK_EX);
+        }
+    }
+    ~NodeLock() {
+        if (m_fd >= 0) {
+            ::close(m_fd);
+        }
+    }
+    NodeLock(const NodeLock&) = delete;
+    NodeLock& operator=(const NodeLock&) = delete;
+
+private:
+    const int m_fd;
+};
+
+int bindSocket(const Run& run, const std::string& name) {
+    unlinkat(run.nodeFd(), name.c_str(), 0);
+    const int fd = datagramSocket();
+    const sockaddr_un address = addressIn(run.nodeFd(), name);
+    if (fd >= 0 && bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) {
+        return fd;
+    }
+    logPlatform(4, "cannot open the socket %s: %s", name.c_str(), std::strerror(errno));
+    if (fd >= 0) {
+        ::close(fd);
+    }
+    return -1;
+}
+
+/// Removes the name of an endpoint whose process died, and the dead socket.
+void removeDead(const Run& run, std::uint16_t cpid, const std::string& link) {
+    const std::uint32_t pid = ownerOf(run.nodeFd(), cpid);
+    unlinkat(run.nodeFd(), link.c_str(), 0);
+    if (pid != 0) {
+        unlinkat(run.nodeFd(), endpointSocketName(cpid, pid).c_str(), 0);
+    }
+}
+
+std::string linkName(std::uint16_t cpid) {
+    return socketName({SocketKey::Kind::endpoint, 0, cpid});
+}
+
+} // namespace
+
+int claimEndpoint(const Run& run, std::uint16_t cpid) {
+    const std::string link = linkName(cpid);
+    const NodeLock lock(run);
+    if (isAlive(run.nodeFd(), link)) {
+        return -1;
+    }
+    removeDead(run, cpid, link);
+    const std::string name = endpointSocketName(cpid, static_cast<std::uint32_t>(getpid()));
+    const int fd = bindSocket(run, name);
+    if (fd >= 0 && symlinkat(name.c_str(), run.nodeFd(), link.c_str()) != 0) {
+        logPlatform(4, "cannot register %s: %s", link.c_str(), std::strerror(errno));
+        unlinkat(run.nodeFd(), name.c_str(), 0);
+        ::close(fd);
+        return -1;
+    }
+    return fd;
+}
+
+void unclaimEndpoint(const Run& run, std::uint16_t cpid) {
+    const NodeLock lock(run);
+    if (ownerOf(run.nodeFd(), cpid) == static_cast<std::uint32_t>(getpid())) {
+        unlinkat(run.nodeFd(), linkName(cpid).c_str(), 0);
+    }
+    unlinkat(run.nodeFd(), endpointSocketName(cpid, static_cast<std::uint32_t>(getpid())).c_str(), 0);
+}
+
+} // namespace mox::host

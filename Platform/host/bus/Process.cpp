@@ -1,0 +1,176 @@
+#include "Process.hpp"
+
+#include "../run/Lifecycle.hpp"
+#include "../run/PlatformLog.hpp"
+#include "../run/PlatformThread.hpp"
+#include "../run/Run.hpp"
+#include "BadDatagrams.hpp"
+#include "Outbox.hpp"
+#include "Reader.hpp"
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <condition_variable>
+#include <cstring>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace mox::host {
+
+namespace {
+
+/// What a notice's datagram begins with.
+struct NoticeHeader {
+    std::uint32_t magic;
+    std::uint16_t topic;
+    std::uint16_t fromNode;
+    std::uint32_t fromPid;
+};
+static_assert(sizeof(NoticeHeader) == 12, "processes of different builds share a run");
+
+constexpr std::uint32_t noticeMagic = 0x4E584F4D;
+
+/// The notice thread and its queue, and who handles which topic.
+class Notices {
+public:
+    void setHandler(Topic topic, NoticeHandler handler) {
+        const std::lock_guard<std::mutex> lock(m_handlersMutex);
+        m_handlers[static_cast<std::size_t>(topic)] = std::move(handler);
+    }
+
+    void post(std::function<void()> function) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_started) {
+            m_started = true;
+            startPlatformThread("mox-notices", [this] { run(); }).detach();
+        }
+        m_queue.push_back(std::move(function));
+        m_more.notify_one();
+    }
+
+    void post(ProcessAddress from, std::uint16_t topic, std::string body) {
+        post([this, from, topic, text = std::move(body)] { handle(from, topic, text); });
+    }
+
+private:
+    void run() {
+        for (;;) {
+            std::function<void()> next;
+            {
+                std::unique_lock<std::mutex> lock(m_mutex);
+                m_more.wait(lock, [this] { return !m_queue.empty(); });
+                next = std::move(m_queue.front());
+                m_queue.pop_front();
+            }
+            next();
+        }
+    }
+
+    void handle(ProcessAddress from, std::uint16_t topic, const std::string& body) {
+        NoticeHandler handler;
+        {
+            const std::lock_guard<std::mutex> lock(m_handlersMutex);
+            handler = m_handlers[topic];
+        }
+        if (handler) {
+            handler(from, body);
+        }
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_more;
+    std::deque<std::function<void()>> m_queue;
+    bool m_started = false;
+    std::mutex m_handlersMutex;
+    std::array<NoticeHandler, static_cast<std::size_t>(Topic::count)> m_handlers;
+};
+
+Notices& notices() {
+    static auto* all = new Notices; // outlives every thread
+    return *all;
+}
+
+/// Reads everything that other processes have told; on the reader thread.
+void readNotices(int fd) {
+    static auto* buffer = new std::array<char, sizeof(NoticeHeader) + maxNoticeBody>;
+    for (;;) {
+        const ssize_t got = recv(fd, buffer->data(), buffer->size(), MSG_DONTWAIT | MSG_TRUNC);
+        if (got < 0) {
+            return;
+        }
+        NoticeHeader header{};
+        const auto size = static_cast<std::size_t>(got);
+        if (size < sizeof(header) || size > buffer->size()) {
+            dropBadDatagram("a notice of a wrong length");
+            continue;
+        }
+        std::memcpy(&header, buffer->data(), sizeof(header));
+        if (header.magic != noticeMagic || header.topic >= static_cast<std::uint16_t>(Topic::count)) {
+            dropBadDatagram("no notice that this process knows");
+            continue;
+        }
+        notices().post({header.fromNode, header.fromPid}, header.topic,
+                       std::string(buffer->data() + sizeof(header), size - sizeof(header)));
+    }
+}
+
+void openProcessSocket(const Run& run) {
+    const std::string name = socketName({SocketKey::Kind::process, run.node(), ownProcess().pid});
+    const sockaddr_un address = addressIn(run.nodeFd(), name);
+    const int fd = datagramSocket();
+    unlinkat(run.nodeFd(), name.c_str(), 0);
+    if (fd < 0 || bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+        logPlatform(4, "cannot open the process's socket %s: %s", name.c_str(), std::strerror(errno));
+        return;
+    }
+    Reader::instance().addDescriptor(fd, [fd] { readNotices(fd); });
+    atPlatformEnd([fd, name] {
+        Reader::instance().removeDescriptor(fd);
+        ::close(fd);
+        unlinkat(Run::current()->nodeFd(), name.c_str(), 0);
+    });
+}
+
+} // namespace
+
+ProcessAddress ownProcess() {
+    const Run* run = Run::current();
+    return {run != nullptr ? run->node() : std::uint16_t{0}, static_cast<std::uint32_t>(getpid())};
+}
+
+bool tell(ProcessAddress to, Topic topic, std::string_view body) {
+    if (to == ownProcess()) {
+        notices().post(to, static_cast<std::uint16_t>(topic), std::string(body));
+        return true;
+    }
+    const Run* run = Run::current();
+    if (run == nullptr || body.size() > maxNoticeBody) {
+        return false;
+    }
+    const ProcessAddress own = ownProcess();
+    NoticeHeader header{noticeMagic, static_cast<std::uint16_t>(topic), own.node, own.pid};
+    const std::array<iovec, 2> parts{iovec{&header, sizeof(header)},
+                                     iovec{const_cast<char*>(body.data()), body.size()}};
+    return deliver(*run, {SocketKey::Kind::process, to.node, to.pid}, parts.data(), parts.size()) == Delivery::done;
+}
+
+void onNotice(Topic topic, NoticeHandler handler) {
+    notices().setHandler(topic, std::move(handler));
+}
+
+void runOnNoticeThread(std::function<void()> function) {
+    notices().post(std::move(function));
+}
+
+void startProcess() {
+    if (const Run* run = Run::current()) {
+        openProcessSocket(*run);
+    }
+}
+
+} // namespace mox::host

@@ -1,0 +1,76 @@
+#include "SocketNames.hpp"
+
+#include "../run/Run.hpp"
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <mutex>
+
+namespace mox::host {
+
+std::string socketName(SocketKey key) {
+    return key.kind == SocketKey::Kind::endpoint ? hex4(static_cast<std::uint16_t>(key.id)) + ".sock"
+                                                 : "p" + std::to_string(key.id) + ".sock";
+}
+
+std::string endpointSocketName(std::uint16_t cpid, std::uint32_t pid) {
+    return "p" + std::to_string(pid) + "." + hex4(cpid);
+}
+
+int nodeDirectory(const Run& run, std::uint16_t node) {
+    if (node == run.node()) {
+        return run.nodeFd();
+    }
+    static std::mutex mutex;
+    static auto* open = new std::map<std::uint16_t, int>;
+    const std::lock_guard<std::mutex> lock(mutex);
+    const auto known = open->find(node);
+    if (known != open->end()) {
+        return known->second;
+    }
+    const int fd = ::open(run.nodePath(node).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    if (fd >= 0) {
+        open->emplace(node, fd);
+    }
+    return fd;
+}
+
+sockaddr_un addressIn(int directory, const std::string& name) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::snprintf(address.sun_path, sizeof(address.sun_path), "/proc/self/fd/%d/%s", directory, name.c_str());
+    return address;
+}
+
+int datagramSocket() {
+    return ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+}
+
+bool isAlive(int directory, const std::string& name) {
+    const int fd = datagramSocket();
+    if (fd < 0) {
+        return false;
+    }
+    const sockaddr_un address = addressIn(directory, name);
+    const bool alive = ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
+    ::close(fd);
+    return alive;
+}
+
+std::uint32_t ownerOf(int directory, std::uint16_t cpid) {
+    std::array<char, 64> target{};
+    const std::string name = socketName({SocketKey::Kind::endpoint, 0, cpid});
+    const ssize_t length = readlinkat(directory, name.c_str(), target.data(), target.size() - 1);
+    if (length < 2 || target[0] != 'p') {
+        return 0;
+    }
+    return static_cast<std::uint32_t>(std::strtoul(target.data() + 1, nullptr, 10));
+}
+
+} // namespace mox::host

@@ -1,0 +1,334 @@
+#include "Inbox.hpp"
+
+#include "../bus/Endpoint.hpp"
+#include "../run/Clock.hpp"
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace mox::host {
+
+namespace {
+
+/// Messages in a row from the other kind of sender after which the owner changes the way in which it sleeps. Small,
+/// so that a new pattern of traffic is fast soon; above 1, because a change costs a system call for each socket.
+constexpr unsigned changeSleepAfter = 4;
+
+class FreeInboxes {
+public:
+    Inbox* take() {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_free.empty()) {
+            return nullptr;
+        }
+        Inbox* inbox = m_free.back();
+        m_free.pop_back();
+        return inbox;
+    }
+    void put(Inbox* inbox) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_free.push_back(inbox);
+    }
+
+private:
+    std::mutex m_mutex;
+    std::vector<Inbox*> m_free;
+};
+
+FreeInboxes& freeInboxes() {
+    static auto* inboxes = new FreeInboxes; // outlives every thread
+    return *inboxes;
+}
+
+std::uint64_t deadlineOf(std::int32_t timeoutUs) {
+    return timeoutUs < 0 ? noDeadline : deadlineIn(static_cast<std::uint64_t>(timeoutUs) * 1000);
+}
+
+} // namespace
+
+Inbox* Inbox::acquire() {
+    Inbox* inbox = freeInboxes().take();
+    if (inbox == nullptr) {
+        return new Inbox;
+    }
+    inbox->m_wait = AdaptiveWait{};
+    inbox->m_sleep = Sleep::onFutex;
+    inbox->m_otherSource = 0;
+    inbox->m_pushed.store(nullptr, std::memory_order_release);
+    return inbox;
+}
+
+void Inbox::close() {
+    Message* pushed = m_pushed.exchange(closed(), std::memory_order_acq_rel);
+    while (!isMark(pushed)) {
+        Message* next = pushed->next;
+        Message::release(pushed);
+        pushed = next;
+    }
+    while (m_first != nullptr) {
+        Message::release(popFront());
+    }
+    m_polledEndpoints.clear();
+    m_pollFds.clear();
+    freeInboxes().put(this);
+}
+
+bool Inbox::push(Message* message) {
+    Message* top = m_pushed.load(std::memory_order_relaxed);
+    do {
+        if (top == closed()) {
+            return false;
+        }
+        message->next = isMark(top) ? nullptr : top;
+    } while (!m_pushed.compare_exchange_weak(top, message, std::memory_order_seq_cst, std::memory_order_relaxed));
+    if (top == sleepingOnFutex()) {
+        m_gate.store(1, std::memory_order_release);
+        futexWake(&m_gate);
+    } else if (top == sleepingInPoll()) {
+        wakeFromPoll();
+    }
+    return true;
+}
+
+void Inbox::wakeFromPoll() const {
+    const std::uint64_t one = 1;
+    const auto written = ::write(m_wakeFd.load(std::memory_order_acquire), &one, sizeof(one));
+    (void)written; // fails only when the counter is at its limit, and then the owner is being woken already
+}
+
+Message* Inbox::popFront() {
+    Message* message = m_first;
+    m_first = message->next;
+    if (m_first == nullptr) {
+        m_last = nullptr;
+    }
+    return message;
+}
+
+void Inbox::append(Message* message) {
+    message->next = nullptr;
+    (m_last != nullptr ? m_last->next : m_first) = message;
+    m_last = message;
+}
+
+bool Inbox::collectPushed() {
+    if (m_pushed.load(std::memory_order_relaxed) == nullptr) {
+        return false;
+    }
+    Message* newest = m_pushed.exchange(nullptr, std::memory_order_acquire);
+    if (isMark(newest)) {
+        return false;
+    }
+    Message* oldest = nullptr;
+    for (Message* message = newest; message != nullptr;) {
+        Message* older = message->next;
+        message->next = oldest;
+        oldest = message;
+        message = older;
+    }
+    (m_last != nullptr ? m_last->next : m_first) = oldest;
+    m_last = newest;
+    noteSource(oldest->fromSocket);
+    return true;
+}
+
+bool Inbox::readSockets() {
+    refreshEndpoints();
+    for (const auto& endpoint : m_polledEndpoints) {
+        if (Message* message = endpoint->read()) {
+            collectPushed(); // what the reader thread took from this socket came before it
+            append(message);
+            noteSource(true);
+            return true;
+        }
+    }
+    return false;
+}
+
+void Inbox::noteSource(bool fromSocket) {
+    const bool suits = fromSocket == (m_sleep == Sleep::inPoll);
+    if (suits) {
+        m_otherSource = 0;
+    } else if (++m_otherSource >= changeSleepAfter) {
+        setSleep(fromSocket ? Sleep::inPoll : Sleep::onFutex);
+    }
+}
+
+void Inbox::setSleep(Sleep sleep) {
+    m_sleep = sleep;
+    m_otherSource = 0;
+    refreshEndpoints();
+    for (const auto& endpoint : m_polledEndpoints) {
+        endpoint->letReaderThreadRead(sleep == Sleep::onFutex);
+    }
+}
+
+Message* Inbox::take(std::int32_t timeoutUs) {
+    if (m_first == nullptr && !collect()) {
+        if (timeoutUs == 0) {
+            return nullptr;
+        }
+        const std::uint64_t deadline = deadlineOf(timeoutUs);
+        do {
+            if (!waitForMore(deadline)) {
+                return nullptr;
+            }
+        } while (m_first == nullptr);
+    }
+    return popFront();
+}
+
+Message* Inbox::takeSelective(std::int32_t timeoutUs, const std::uint16_t* ids, std::size_t count) {
+    const std::uint64_t deadline = deadlineOf(timeoutUs);
+    collect();
+    Message* before = nullptr;
+    for (;;) {
+        for (Message* message = before != nullptr ? before->next : m_first; message != nullptr;
+             message = message->next) {
+            if (std::find(ids, ids + count, message->header.id) != ids + count) {
+                (before != nullptr ? before->next : m_first) = message->next;
+                if (m_last == message) {
+                    m_last = before;
+                }
+                return message;
+            }
+            before = message;
+        }
+        if (timeoutUs == 0 || !waitForMore(deadline)) {
+            return nullptr;
+        }
+    }
+}
+
+/// @return false: the deadline has come and nothing was there
+bool Inbox::waitForMore(std::uint64_t deadlineNs) {
+    for (;;) {
+        const bool more = m_wait([this] { return collect(); });
+        if (more) {
+            return true;
+        }
+        if (deadlineNs != noDeadline && monotonicNs() >= deadlineNs) {
+            return false;
+        }
+        sleep(deadlineNs);
+        if (collect()) {
+            return true;
+        }
+    }
+}
+
+void Inbox::sleep(std::uint64_t deadlineNs) {
+    if (m_sleep == Sleep::inPoll) {
+        sleepInPoll(deadlineNs);
+    } else {
+        sleepOnFutex(deadlineNs);
+    }
+}
+
+/// @return false: a message came meanwhile
+bool Inbox::announceSleep(Message* mark) {
+    Message* none = nullptr;
+    return m_pushed.compare_exchange_strong(none, mark, std::memory_order_seq_cst);
+}
+
+void Inbox::endSleep(Message* mark) {
+    m_pushed.compare_exchange_strong(mark, nullptr, std::memory_order_relaxed);
+}
+
+void Inbox::wakeByClock(void* context) {
+    auto* inbox = static_cast<Inbox*>(context);
+    inbox->m_gate.store(1, std::memory_order_release);
+    futexWake(&inbox->m_gate);
+    if (inbox->m_wakeFd.load(std::memory_order_acquire) >= 0) {
+        inbox->wakeFromPoll();
+    }
+}
+
+void Inbox::sleepOnFutex(std::uint64_t deadlineNs) {
+    m_gate.store(0, std::memory_order_relaxed);
+    if (!announceSleep(sleepingOnFutex())) {
+        return;
+    }
+    if (deadlineNs == noDeadline) {
+        while (m_gate.load(std::memory_order_acquire) == 0) {
+            futexWait(&m_gate, 0);
+        }
+        return;
+    }
+    {
+        TimedWait limit(deadlineNs, wakeByClock, this);
+        while (m_gate.load(std::memory_order_acquire) == 0) {
+            const std::uint64_t ns = limit.sleepNs();
+            if (ns == 0) {
+                break;
+            }
+            futexWait(&m_gate, 0, ns == noDeadline ? -1 : static_cast<std::int64_t>(ns));
+        }
+    }
+    endSleep(sleepingOnFutex());
+}
+
+void Inbox::sleepInPoll(std::uint64_t deadlineNs) {
+    refreshEndpoints();
+    for (const auto& endpoint : m_polledEndpoints) {
+        endpoint->takeBackFromReaderThread();
+    }
+    if (!announceSleep(sleepingInPoll())) {
+        return;
+    }
+    {
+        TimedWait limit(deadlineNs, wakeByClock, this);
+        const std::uint64_t ns = limit.sleepNs();
+        if (ns != 0) {
+            const timespec length{static_cast<time_t>(ns / 1000000000), static_cast<long>(ns % 1000000000)};
+            ppoll(m_pollFds.data(), m_pollFds.size(), ns == noDeadline ? nullptr : &length, nullptr);
+        }
+    }
+    endSleep(sleepingInPoll());
+    if ((m_pollFds.front().revents & POLLIN) != 0) {
+        std::uint64_t count = 0;
+        const auto drained = ::read(m_wakeFd.load(std::memory_order_relaxed), &count, sizeof(count));
+        (void)drained;
+    }
+}
+
+void Inbox::attach(const std::shared_ptr<Endpoint>& endpoint) {
+    {
+        const std::lock_guard<std::mutex> lock(m_endpointsMutex);
+        if (m_wakeFd.load(std::memory_order_relaxed) < 0) {
+            m_wakeFd.store(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC), std::memory_order_release);
+        }
+        m_endpoints.push_back(endpoint);
+        m_endpointsVersion.fetch_add(1, std::memory_order_release);
+    }
+    setSleep(Sleep::inPoll);
+}
+
+void Inbox::detach(const Endpoint* endpoint) {
+    {
+        const std::lock_guard<std::mutex> lock(m_endpointsMutex);
+        m_endpoints.erase(std::remove_if(m_endpoints.begin(), m_endpoints.end(),
+                                         [endpoint](const auto& mine) { return mine.get() == endpoint; }),
+                          m_endpoints.end());
+        m_endpointsVersion.fetch_add(1, std::memory_order_release);
+    }
+    wakeFromPoll(); // lets the owner drop its copy, and with it the socket
+}
+
+void Inbox::refreshEndpoints() {
+    const unsigned version = m_endpointsVersion.load(std::memory_order_acquire);
+    if (version == m_polledVersion) {
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(m_endpointsMutex);
+    m_polledVersion = m_endpointsVersion.load(std::memory_order_relaxed);
+    m_polledEndpoints = m_endpoints;
+    m_pollFds.assign(1, pollfd{m_wakeFd.load(std::memory_order_relaxed), POLLIN, 0});
+    for (const auto& endpoint : m_polledEndpoints) {
+        m_pollFds.push_back(pollfd{endpoint->fd(), POLLIN, 0});
+    }
+}
+
+} // namespace mox::host

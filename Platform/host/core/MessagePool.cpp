@@ -1,0 +1,201 @@
+#include "Message.hpp"
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <mutex>
+#include <new>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define MOX_POISONS_MEMORY 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define MOX_POISONS_MEMORY 1
+#endif
+#endif
+#ifdef MOX_POISONS_MEMORY
+#include <sanitizer/asan_interface.h>
+#endif
+
+namespace mox::host {
+
+namespace {
+
+/// Body capacities of the pool's classes; the last holds the largest message with trailer.
+constexpr std::array<std::uint32_t, 6> capacities{96, 352, 1120, 4192, 16480, 65568};
+/// Blocks that a thread keeps for itself, and moves at once from and to the common store.
+constexpr std::array<unsigned, 6> batchSizes{64, 32, 16, 8, 4, 2};
+/// Bytes of messages that a process may hold, so that a receiver that never reads does not eat the machine.
+constexpr std::size_t memoryLimit = std::size_t{128} << 20;
+
+struct Batch {
+    Message* first = nullptr;
+    unsigned count = 0;
+};
+
+/// Batches of free blocks that threads have given back. `next` links the blocks of a batch, the link of batches lies
+/// in the first block's header, which a free block does not use.
+class Common {
+public:
+    void put(Batch batch) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        linkOf(batch.first) = m_first;
+        m_first = batch.first;
+    }
+    Message* take() {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        Message* batch = m_first;
+        if (batch != nullptr) {
+            m_first = linkOf(batch);
+        }
+        return batch;
+    }
+
+private:
+    static Message*& linkOf(Message* block) { return *reinterpret_cast<Message**>(block->payload()); }
+    std::mutex m_mutex;
+    Message* m_first = nullptr;
+};
+
+std::array<Common, capacities.size()>& common() {
+    static auto* stores = new std::array<Common, capacities.size()>; // outlives every thread
+    return *stores;
+}
+
+std::atomic<std::size_t>& bytesInUse() {
+    static std::atomic<std::size_t> bytes{0};
+    return bytes;
+}
+
+constexpr std::size_t linkSize = sizeof(Message*);
+
+void poison(Message* block) {
+#ifdef MOX_POISONS_MEMORY
+    ASAN_POISON_MEMORY_REGION(block->payload() + linkSize, block->capacity - linkSize);
+#else
+    (void)block;
+#endif
+}
+
+void unpoison(Message* block) {
+#ifdef MOX_POISONS_MEMORY
+    ASAN_UNPOISON_MEMORY_REGION(block->payload(), block->capacity);
+#else
+    (void)block;
+#endif
+}
+
+Message* newBlock(unsigned poolClass) {
+    const std::size_t bytes = sizeof(Message) + capacities[poolClass];
+    if (bytesInUse().fetch_add(bytes, std::memory_order_relaxed) + bytes > memoryLimit) {
+        bytesInUse().fetch_sub(bytes, std::memory_order_relaxed);
+        return nullptr;
+    }
+    void* memory = ::operator new (bytes, std::align_val_t{alignof(Message)}, std::nothrow);
+    if (memory == nullptr) {
+        return nullptr;
+    }
+    auto* block = new (memory) Message;
+    block->capacity = capacities[poolClass];
+    block->poolClass = static_cast<std::uint8_t>(poolClass);
+    block->mark = Message::dead;
+    return block;
+}
+
+/// A thread's own free blocks: creating and destroying a message touches nothing shared, except once in a batch.
+/// Two batches are kept, so that a thread that alternates at a batch's edge does not move it to and fro.
+class ThreadCache {
+public:
+    ~ThreadCache() {
+        for (unsigned c = 0; c < capacities.size(); ++c) {
+            for (Batch& batch : m_batches[c]) {
+                if (batch.first != nullptr) {
+                    common()[c].put(batch);
+                }
+            }
+        }
+    }
+
+    Message* take(unsigned c) {
+        auto& [current, spare] = m_batches[c];
+        if (current.first == nullptr) {
+            std::swap(current, spare);
+        }
+        if (current.first == nullptr) {
+            current.first = common()[c].take();
+            current.count = batchSizes[c];
+        }
+        Message* block = current.first;
+        if (block == nullptr) {
+            current.count = 0;
+            return newBlock(c);
+        }
+        unpoison(block);
+        current.first = block->next;
+        --current.count;
+        return block;
+    }
+
+    void put(Message* block) {
+        const unsigned c = block->poolClass;
+        auto& [current, spare] = m_batches[c];
+        if (current.count >= batchSizes[c]) {
+            if (spare.first != nullptr) {
+                common()[c].put(spare);
+            }
+            spare = current;
+            current = Batch{};
+        }
+        block->next = current.first;
+        current.first = block;
+        ++current.count;
+        poison(block);
+    }
+
+private:
+    std::array<std::array<Batch, 2>, capacities.size()> m_batches;
+};
+
+ThreadCache& threadCache() {
+    thread_local ThreadCache cache;
+    return cache;
+}
+
+unsigned classFor(std::uint32_t capacity) {
+    unsigned c = 0;
+    while (capacities[c] < capacity) {
+        ++c;
+    }
+    return c;
+}
+
+} // namespace
+
+Message* Message::of(const void* handle) {
+    if (handle == nullptr) {
+        return nullptr;
+    }
+    auto* bytes = static_cast<std::uint8_t*>(const_cast<void*>(handle));
+    auto* message = reinterpret_cast<Message*>(bytes - offsetof(Message, header));
+    return message->mark == live ? message : nullptr;
+}
+
+Message* Message::allocate(std::uint32_t capacity) {
+    if (capacity > capacities.back()) {
+        return nullptr;
+    }
+    Message* block = threadCache().take(classFor(capacity));
+    if (block != nullptr) {
+        block->mark = live;
+        block->next = nullptr;
+        block->fromSocket = false;
+    }
+    return block;
+}
+
+void Message::release(Message* message) {
+    message->mark = dead;
+    threadCache().put(message);
+}
+
+} // namespace mox::host
