@@ -75,7 +75,7 @@ apt() {
     "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 "$@" </dev/null >"$log" 2>&1
 }
 # An index that cannot be fetched is no failure as long as the packages can be.
-apt update || echo "setup: apt-get update failed, trying with the lists as they are" >&2
+apt update || echo "setup: going on with the lists as they are: $(grep '^E:' "$log" | head -n 1)" >&2
 if ! apt install -y --no-install-recommends "${missing[@]}"; then
     echo "setup: installation failed:" >&2
     tail -n 20 "$log" >&2
