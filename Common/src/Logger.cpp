@@ -14,6 +14,9 @@ constexpr std::size_t usualFormatSize = 512;
 } // namespace
 
 void Logger::setPrefixFromPieces(std::vector<std::string> pieces) {
+    // Every logger comes by here. The log that exists before its loggers also outlives them: those of global objects
+    // still log while the process exits.
+    pal::AbstractSysLog::instance();
     pieces.erase(std::remove(pieces.begin(), pieces.end(), std::string()), pieces.end());
     std::size_t size = 1;
     for (const std::string& piece : pieces) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
@@ -198,6 +200,31 @@ TEST(LoggerSharedByThreads, LogsEachLineWhole) {
     }
     EXPECT_THAT(lines.taken(),
                 ::testing::AllOf(::testing::SizeIs(200), ::testing::Each(LogLine{2, featureId, "[Led] text"})));
+}
+
+/// An object that lives until the process exits and then logs.
+struct Farewell {
+    explicit Farewell(const LogLines& caughtLines) : lines(caughtLines) {}
+    Farewell(const Farewell&) = delete;
+    Farewell& operator=(const Farewell&) = delete;
+    ~Farewell() {
+        log.logInfo("farewell");
+        std::fprintf(stderr, "%s\n", lines.texts().back().c_str());
+    }
+
+    const LogLines& lines;
+    Logger log{featureId, "Led"};
+};
+
+TEST(LoggerOfAGlobalObject, StillLogsWhileTheProcessExits) {
+    EXPECT_EXIT(
+        {
+            static const LogLines lines;
+            static const Farewell sut(lines);
+            sut.log.logInfo("the log's first line comes after the logger");
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0), "\\[Led\\] farewell");
 }
 
 TEST(LoggerMessage, TakesAnArgumentList) {
