@@ -137,6 +137,7 @@ bool Inbox::collectPushed() {
 bool Inbox::readSockets() {
     refreshEndpoints();
     for (const auto& endpoint : m_polledEndpoints) {
+        endpoint->takeBackFromReaderThread();
         if (Message* message = endpoint->read()) {
             collectPushed(); // what the reader thread took from this socket came before it
             append(message);
@@ -271,10 +272,6 @@ void Inbox::sleepOnFutex(std::uint64_t deadlineNs) {
 }
 
 void Inbox::sleepInPoll(std::uint64_t deadlineNs) {
-    refreshEndpoints();
-    for (const auto& endpoint : m_polledEndpoints) {
-        endpoint->takeBackFromReaderThread();
-    }
     if (!announceSleep(sleepingInPoll())) {
         return;
     }
