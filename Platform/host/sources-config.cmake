@@ -2,11 +2,28 @@
 target_sources(mox_host_logic PRIVATE
   board/Check.cpp
   board/Consistency.cpp
+  board/CreateRun.cpp
   board/Description.cpp
   board/Extract.cpp
   board/Json.cpp
   board/Rules.cpp
+  board/RunLayout.cpp
   board/TextForms.cpp
+  pal/AaConfigObserve.cpp
+  pal/AaConfigRad.cpp
+  pal/AaConfigStart.cpp
+  pal/AaConfigTag.cpp
+  pal/AaConfigTagReadFile.cpp
+  pal/AaGpuXml.cpp
+  pal/ConfigToolsRad.cpp
+  pal/ConfigToolsTag.cpp
+  pal/Rad.cpp
+  pal/RadNames.cpp
+  pal/TagAudience.cpp
+  pal/TagFile.cpp
+  pal/TagObservers.cpp
+  pal/Tags.cpp
   pal/TypedValue.cpp
+  pal/Xml.cpp
   store/Environment.cpp
   store/Store.cpp)

@@ -1,0 +1,74 @@
+#include "../run/Lifecycle.hpp"
+#include "../run/Run.hpp"
+#include "AaConfig.hpp"
+#include "AaConfigState.hpp"
+#include "Rad.hpp"
+#include "TagObservers.hpp"
+#include "Tags.hpp"
+
+#include <atomic>
+#include <cstdio>
+#include <mutex>
+
+namespace mox::host {
+namespace config {
+namespace {
+
+std::atomic<bool> open{false};
+
+std::mutex& starting() {
+    static auto& mutex = *new std::mutex;
+    return mutex;
+}
+
+void end() {
+    open = false;
+    tags::stopObserving();
+    tags::clear();
+}
+
+bool start(std::string& why) {
+    const std::lock_guard lock(starting());
+    if (open) {
+        return true;
+    }
+    if (!rad::attach(why)) {
+        return false;
+    }
+    tags::startObserving();
+    atPlatformEnd(end);
+    open = true;
+    return true;
+}
+
+} // namespace
+
+bool started() {
+    return open.load(std::memory_order_acquire);
+}
+
+bool startAlone(std::string& why) {
+    return start(why);
+}
+
+} // namespace config
+
+int AaConfigEarlyStartup() {
+    if (config::started()) {
+        return EAaConfigRetVal_NoError;
+    }
+    std::string why;
+    int result = EAaConfigRetVal_NoError;
+    if (Run::attach(why) != Run::Attach::done) {
+        result = EAaConfigRetVal_FileError;
+    } else if (!config::start(why)) {
+        result = EAaConfigRetVal_OutOfResources;
+    }
+    if (result != EAaConfigRetVal_NoError) {
+        // There is no log yet, and the caller prints no more than the number.
+        std::fprintf(stderr, "AaConfigEarlyStartup: %s\n", why.c_str());
+    }
+    return result;
+}
+
+} // namespace mox::host
