@@ -47,7 +47,9 @@ Value fromBits(std::uint64_t bits) {
 }
 
 /// A platform whose functions only note that they were called, and answer what they were told to, else 0 or null.
-/// Link it instead of a platform; log lines go to LogLines. Calls are noted while one recorder lives, from any thread.
+/// For tests that pass bits which are no handles: the doubles of Platform/mock watch over handles and are the choice
+/// for everything else. Link it instead of a platform; log lines go to LogLines. Calls are noted while one recorder
+/// lives, from any thread.
 class PlatformRecorder {
 public:
     PlatformRecorder();

@@ -1,5 +1,6 @@
 #include "support/LogLines.hpp"
 #include "support/PlatformRecorder.hpp"
+#include "unit/Common/palUtilsFromC.h"
 
 #include <mox/pal/PalUtils.h>
 
@@ -113,7 +114,8 @@ TEST_P(SicMessageHeaderPrint, ReadsAMessageAtAnyAddress) {
 
 INSTANTIATE_TEST_SUITE_P(EachEntry, SicMessageHeaderPrint,
                          ::testing::Values(Entry{"Cpp", &printSicMessageHeader},
-                                           Entry{"C", &palUtilsPrintSicMessageHeader}),
+                                           Entry{"C", &palUtilsPrintSicMessageHeader},
+                                           Entry{"CalledFromC", &palUtilsFromC}),
                          [](const auto& entry) { return std::string(entry.param.name); });
 
 } // namespace
