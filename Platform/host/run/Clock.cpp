@@ -59,7 +59,8 @@ void Registry::follow() {
 }
 
 std::chrono::steady_clock::time_point steady(std::uint64_t ns) {
-    return std::chrono::steady_clock::time_point(std::chrono::nanoseconds(static_cast<std::int64_t>(ns)));
+    const auto representable = std::min<std::uint64_t>(ns, INT64_MAX);
+    return std::chrono::steady_clock::time_point(std::chrono::nanoseconds(static_cast<std::int64_t>(representable)));
 }
 
 } // namespace
