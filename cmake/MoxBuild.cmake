@@ -16,6 +16,14 @@ add_library(mox_warnings INTERFACE)
 target_compile_options(mox_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
   $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^arm" AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  # A note at each use of std::vector that compilers from before 2017 pass it in another way.
+  target_compile_options(mox_warnings INTERFACE -Wno-psabi)
+endif()
+if(MOX_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  # The checks that are put in between hide from the compiler that a value was set.
+  target_compile_options(mox_warnings INTERFACE -Wno-maybe-uninitialized)
+endif()
 
 # mox_service(NAME sources...): the executable MOX<NAME>Exe of one service.
 function(mox_service name)

@@ -39,6 +39,7 @@ configureAndBuild "$preset"
 
 cd "$top"
 run=(ctest --preset "$preset" --parallel "$jobs" "$@")
+[[ $preset == arm ]] && run=("$top/scripts/arm-run.sh" "${run[@]}")
 # Where addresses are randomised over more bits than the race detector leaves room for, it refuses to start.
 randomBits=$(cat /proc/sys/vm/mmap_rnd_bits 2>/dev/null || echo 28)
 if [[ $preset == tsan ]] && ((randomBits > 28)); then
