@@ -3,6 +3,9 @@ target_sources(mox_host_logic PRIVATE
   run/Lifecycle.cpp
   run/PlatformThread.cpp
   run/Run.cpp
+  run/Sandbox.cpp
+  run/SandboxPaths.cpp
+  run/SandboxSpawn.cpp
   core/AdaptiveWait.cpp
   core/Eu.cpp
   core/Inbox.cpp
