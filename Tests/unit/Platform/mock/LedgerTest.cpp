@@ -2,9 +2,12 @@
 
 #include "mock/Faults.hpp"
 
+#include <pal/AaFile.h>
+#include <pal/AaGpuXml.hpp>
 #include <pal/AaMem.h>
 #include <pal/AaPro.h>
 #include <pal/AaSem.h>
+#include <pal/AaShell.h>
 #include <pal/AaSysCom.h>
 
 #include <gmock/gmock.h>
@@ -15,9 +18,9 @@
 namespace {
 
 using namespace mox::mock;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 TEST(Ledger, NamesTheCallThatOpenedSomething) {
@@ -145,6 +148,65 @@ TEST(ExecutionUnitInTheLedger, GetsItsArgumentBlock) {
     ASSERT_EQ(AaProEuCreateAndStartJoinable(nullptr, "Block", body, 4096, 5, &block, sizeof block, 1),
               EAaProEuRetVal_NoError);
     EXPECT_EQ(answer.get_future().get(), block.number);
+}
+
+TEST(XmlRootInTheLedger, IsOpenUntilItIsDeleted) {
+    AaGpuXmlParser parser(0);
+    std::unique_ptr<AaGpuXmlNode> document(parser.AaGpuXmlParse("<a><b c='d'/></a>"));
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(ledger().count(Kind::xmlRoot), 1U);
+    EXPECT_STREQ(document->AaGpuXmlGetFirstChildren()->AaGpuXmlGetName().c_str(), "a");
+    document.reset();
+    EXPECT_EQ(ledger().count(Kind::xmlRoot), 0U);
+}
+
+TEST(XmlParserUnderAFault, AnswersNoDocumentAndAFailure) {
+    fail("AaGpuXmlParse").with(nullptr);
+    AaGpuXmlParser parser(0);
+    EXPECT_EQ(parser.AaGpuXmlParse("<a/>"), nullptr);
+    EXPECT_NE(parser.AaGpuXmlGetLastResult(), EAaGpuXmlResult_NoError);
+}
+
+TEST(FileInTheLedger, IsOpenUntilItIsClosed) {
+    const TAaFile file = AaFileOpen("/proc/self/status", "r");
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(ledger().count(Kind::file), 1U);
+    EXPECT_EQ(AaFileClose(file), EAaFileRetVal_NoError);
+    EXPECT_EQ(ledger().count(Kind::file), 0U);
+    EXPECT_EQ(AaFileOpen("/no/such/file", "r"), nullptr);
+    EXPECT_EQ(ledger().count(Kind::file), 0U);
+}
+
+TEST(DirectoryListingInTheLedger, IsOpenUntilItIsFreed) {
+    SAaFileDnode* entries = nullptr;
+    unsigned int count = 0;
+    ASSERT_EQ(AaFileListDir("/usr", &entries, &count), EAaFileRetVal_NoError);
+    EXPECT_EQ(ledger().count(Kind::memory), 1U);
+    AaFileFreeListDirArray(entries, count);
+    EXPECT_EQ(ledger().count(Kind::memory), 0U);
+}
+
+int answerNothing(int, const char* const*, char*, size_t) {
+    return 0;
+}
+
+TEST(RegistrationInTheLedger, IsOpenUntilItIsWithdrawn) {
+    ASSERT_EQ(AaShellAddCommand("ledger", "help", answerNothing), EAaShellRetVal_NoError);
+    const auto open = ledger().open();
+    ASSERT_THAT(open, Not(IsEmpty()));
+    EXPECT_EQ(open.back().kind, Kind::registration);
+    EXPECT_EQ(open.back().handle, "\"ledger\"");
+    EXPECT_EQ(AaShellDeleteCommand("ledger"), EAaShellRetVal_NoError);
+    EXPECT_EQ(ledger().count(Kind::registration), 0U);
+}
+
+TEST(RegistrationInTheLedger, IsWithdrawnAlsoWhenAFaultAnswers) {
+    ASSERT_EQ(AaShellAddCommand("ledger", "help", answerNothing), EAaShellRetVal_NoError);
+    fail("AaShellDeleteCommand").with(EAaShellRetVal_OutOfResources);
+    EXPECT_EQ(AaShellDeleteCommand("ledger"), EAaShellRetVal_OutOfResources);
+    EXPECT_EQ(ledger().count(Kind::registration), 0U);
+    EXPECT_EQ(AaShellAddCommand("ledger", "help", answerNothing), EAaShellRetVal_NoError);
+    EXPECT_EQ(AaShellDeleteCommand("ledger"), EAaShellRetVal_NoError);
 }
 
 TEST(KindOfOpenThing, HasATextEach) {
