@@ -1,6 +1,5 @@
 #pragma once
 #include <cstdint>
-#include <cstring>
 #include <map>
 #include <mutex>
 #include <ostream>
@@ -31,19 +30,21 @@ inline void PrintTo(const PlatformCall& call, std::ostream* out) {
 /// The bits of a number, enumeration or pointer, to compare them whatever their type.
 template <typename Value>
 std::uint64_t bitsOf(Value value) {
-    static_assert(std::is_scalar_v<Value> && sizeof(Value) <= sizeof(std::uint64_t));
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &value, sizeof value);
-    return bits;
+    if constexpr (std::is_pointer_v<Value>) {
+        return reinterpret_cast<std::uintptr_t>(value);
+    } else {
+        return static_cast<std::uint64_t>(value);
+    }
 }
 
 /// The value that has these bits; those that do not fit are dropped.
 template <typename Value>
 Value fromBits(std::uint64_t bits) {
-    static_assert(std::is_scalar_v<Value> && sizeof(Value) <= sizeof(std::uint64_t));
-    Value value;
-    std::memcpy(&value, &bits, sizeof value);
-    return value;
+    if constexpr (std::is_pointer_v<Value>) {
+        return reinterpret_cast<Value>(static_cast<std::uintptr_t>(bits));
+    } else {
+        return static_cast<Value>(bits);
+    }
 }
 
 /// A platform whose functions only note that they were called, and answer what they were told to, else 0 or null.

@@ -17,6 +17,7 @@ const char* const builtInHelp = "\t-h\n\t--help\n\t\t Print usage information\n"
 std::string parse(ArgParserBase& sut, std::vector<std::string> words) {
     words.insert(words.begin(), "MOXLedExe");
     std::vector<char*> argv;
+    argv.reserve(words.size() + 1);
     for (std::string& word : words) {
         argv.push_back(word.data());
     }

@@ -44,6 +44,7 @@ TEST(InterfaceFactory, DestroysTheObjectWithItsLastHolderAndMakesANewOne) {
 TEST(InterfaceFactory, GivesThreadsThatAskAtOnceTheSameObject) {
     std::vector<std::shared_ptr<pal::PALInterface>> got(8);
     std::vector<std::thread> threads;
+    threads.reserve(got.size());
     for (std::shared_ptr<pal::PALInterface>& own : got) {
         threads.emplace_back([&own] { own = Factory::Get(); });
     }

@@ -188,6 +188,7 @@ TEST(LoggerSharedByThreads, LogsEachLineWhole) {
     LogLines lines;
     const Logger sut(featureId, "Led");
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&sut] {
             for (int line = 0; line < 50; ++line) {

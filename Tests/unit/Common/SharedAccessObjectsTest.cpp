@@ -22,6 +22,7 @@ template <typename Action>
 auto onThreads(Action action) {
     std::vector<decltype(action())> got(8);
     std::vector<std::thread> threads;
+    threads.reserve(got.size());
     for (auto& own : got) {
         threads.emplace_back([&own, action] { own = action(); });
     }
