@@ -75,7 +75,10 @@ Service::Service(const std::string& name, unsigned short cpid, ERadHwapi radId, 
       m_verbose(false),
       m_terminateRequest(false) {
     m_impl = this;
-    AaSemReMutexCreate(&m_waitForConfigTagMutex);
+    // A second object shares the mutex of the first.
+    if (m_waitForConfigTagMutex == nullptr) {
+        AaSemReMutexCreate(&m_waitForConfigTagMutex);
+    }
 }
 
 Service::~Service() {
