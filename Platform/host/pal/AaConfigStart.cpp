@@ -47,10 +47,6 @@ bool started() {
     return open.load(std::memory_order_acquire);
 }
 
-bool startAlone(std::string& why) {
-    return start(why);
-}
-
 } // namespace config
 
 int AaConfigEarlyStartup() {
@@ -59,12 +55,14 @@ int AaConfigEarlyStartup() {
     }
     std::string why;
     int result = EAaConfigRetVal_NoError;
-    if (Run::attach(why) != Run::Attach::done) {
+    const Run::Attach attached = Run::attach(why);
+    if (attached != Run::Attach::done && attached != Run::Attach::noVariable) {
         result = EAaConfigRetVal_FileError;
-    } else if (!config::start(why)) {
+    } else if (std::string reason; !config::start(reason)) {
         result = EAaConfigRetVal_OutOfResources;
+        why = reason;
     }
-    if (result != EAaConfigRetVal_NoError) {
+    if (!why.empty()) {
         // There is no log yet, and the caller prints no more than the number.
         std::fprintf(stderr, "AaConfigEarlyStartup: %s\n", why.c_str());
     }

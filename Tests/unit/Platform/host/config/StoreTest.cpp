@@ -1,0 +1,218 @@
+#include "TemporaryDirectory.hpp"
+
+#include <gmock/gmock.h>
+#include <host/store/Store.hpp>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <thread>
+
+namespace {
+
+using mox::host::Store;
+using mox::host::Table;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class AStore : public testing::Test {
+protected:
+    std::unique_ptr<Store> open(bool create = true) { return Store::open(directory / "store", create, why); }
+
+    std::vector<std::string> keys(const Store& store, std::string_view prefix) const {
+        std::vector<std::string> found;
+        store.forEach(Table::tags, prefix, [&](std::string_view key, std::string_view) {
+            found.emplace_back(key);
+            return true;
+        });
+        return found;
+    }
+
+    mox::testing::TemporaryDirectory directory;
+    std::string why;
+};
+
+/// Runs `body` in a child, which is killed when it has said that it is where it should be.
+void killAfter(const std::function<void(int ready)>& body) {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        body(ends[1]);
+        ::pause();
+    }
+    char byte = 0;
+    EXPECT_EQ(::read(ends[0], &byte, 1), 1);
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+void sayReady(int ready) {
+    std::ignore = ::write(ready, "r", 1);
+}
+
+TEST_F(AStore, GivesBackWhatWasPut) {
+    const auto sut = open();
+    ASSERT_NE(sut, nullptr) << why;
+    const std::string bytes("\0x\xFF", 3);
+    EXPECT_TRUE(sut->put(Table::tags, "name", bytes));
+    EXPECT_EQ(sut->get(Table::tags, "name"), bytes);
+}
+
+TEST_F(AStore, KeepsTablesApart) {
+    const auto sut = open();
+    ASSERT_TRUE(sut->put(Table::tags, "name", "a"));
+    EXPECT_EQ(sut->get(Table::nodes, "name"), std::nullopt);
+}
+
+TEST_F(AStore, RemembersAfterItWasClosed) {
+    ASSERT_TRUE(open()->put(Table::settings, "engine", "local"));
+    const auto sut = open(false);
+    ASSERT_NE(sut, nullptr) << why;
+    EXPECT_EQ(sut->get(Table::settings, "engine"), "local");
+}
+
+TEST_F(AStore, IsNotMadeUnlessAskedTo) {
+    EXPECT_EQ(open(false), nullptr);
+    EXPECT_THAT(why, HasSubstr(directory / "store"));
+}
+
+TEST_F(AStore, SaysWhyAFileIsNoStore) {
+    ASSERT_NE(open(), nullptr);
+    std::FILE* file = std::fopen((directory / "store/data.mdb").c_str(), "w");
+    for (int i = 0; i < 10000; ++i) {
+        std::fputs("no store", file);
+    }
+    std::fclose(file);
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_THAT(why, HasSubstr("INVALID"));
+}
+
+TEST_F(AStore, EraseTellsWhetherThereWasAnEntry) {
+    const auto sut = open();
+    ASSERT_TRUE(sut->put(Table::tags, "name", "a"));
+    EXPECT_TRUE(sut->erase(Table::tags, "name"));
+    EXPECT_FALSE(sut->erase(Table::tags, "name"));
+    EXPECT_EQ(sut->get(Table::tags, "name"), std::nullopt);
+}
+
+TEST_F(AStore, ListsByPrefixInKeyOrder) {
+    const auto sut = open();
+    for (const char* key : {"b.2", "a", "b.1", "c", "b"}) {
+        ASSERT_TRUE(sut->put(Table::tags, key, ""));
+    }
+    EXPECT_THAT(keys(*sut, "b"), ElementsAre("b", "b.1", "b.2"));
+    EXPECT_THAT(keys(*sut, ""), ElementsAre("a", "b", "b.1", "b.2", "c"));
+}
+
+TEST_F(AStore, StopsListingWhenTold) {
+    const auto sut = open();
+    sut->put(Table::tags, "a", "");
+    sut->put(Table::tags, "b", "");
+    int calls = 0;
+    sut->forEach(Table::tags, "", [&](auto, auto) { return ++calls == 0; });
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(AStore, ForgetsATransactionThatWasNotCommitted) {
+    const auto sut = open();
+    {
+        Store::Write write(*sut);
+        EXPECT_TRUE(write.put(Table::tags, "name", "a"));
+        EXPECT_EQ(write.get(Table::tags, "name"), "a");
+    }
+    EXPECT_EQ(sut->get(Table::tags, "name"), std::nullopt);
+}
+
+TEST_F(AStore, RefusesKeysOfAWrongLengthAndLogsThem) {
+    const auto sut = open();
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(sut->put(Table::tags, "", "a"));
+    EXPECT_FALSE(sut->put(Table::tags, std::string(Store::maxKey + 1, 'k'), "a"));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("store: put failed"));
+    EXPECT_TRUE(sut->put(Table::tags, std::string(Store::maxKey, 'k'), "a"));
+    EXPECT_EQ(sut->get(Table::tags, ""), std::nullopt);
+}
+
+TEST_F(AStore, StoresNothingOfATransactionInWhichOnePutFailed) {
+    const auto sut = open();
+    testing::internal::CaptureStderr();
+    Store::Write write(*sut);
+    EXPECT_TRUE(write.put(Table::tags, "good", "a"));
+    EXPECT_FALSE(write.put(Table::tags, "", "a"));
+    EXPECT_FALSE(write.commit());
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(sut->get(Table::tags, "good"), std::nullopt);
+}
+
+TEST_F(AStore, IsOneEnvironmentForAllWhoOpenItInAProcess) {
+    const auto first = open();
+    {
+        const auto second = open();
+        ASSERT_NE(second, nullptr);
+        second->put(Table::tags, "name", "a");
+    }
+    EXPECT_EQ(first->get(Table::tags, "name"), "a");
+}
+
+TEST_F(AStore, ServesManyThreadsAtOnce) {
+    const auto sut = open();
+    constexpr int threads = 8;
+    constexpr int rounds = 200;
+    std::vector<std::thread> all;
+    for (int t = 0; t < threads; ++t) {
+        all.emplace_back([&, t] {
+            for (int i = 0; i < rounds; ++i) {
+                const std::string key = std::to_string(t) + "." + std::to_string(i);
+                EXPECT_TRUE(sut->put(Table::tags, key, key));
+                EXPECT_EQ(sut->get(Table::tags, key), key);
+            }
+        });
+    }
+    for (auto& thread : all) {
+        thread.join();
+    }
+    EXPECT_EQ(keys(*sut, "").size(), std::size_t{threads * rounds});
+}
+
+TEST_F(AStore, IsWrittenOnAfterAWriterWasKilled) {
+    ASSERT_TRUE(open()->put(Table::tags, "name", "before"));
+    killAfter([this](int ready) {
+        const auto store = open();
+        Store::Write write(*store);
+        write.put(Table::tags, "name", "half");
+        sayReady(ready);
+        ::pause();
+    });
+    const auto sut = open();
+    EXPECT_EQ(sut->get(Table::tags, "name"), "before");
+    EXPECT_TRUE(sut->put(Table::tags, "name", "after"));
+    EXPECT_EQ(sut->get(Table::tags, "name"), "after");
+}
+
+TEST_F(AStore, ReusesThePagesThatAKilledReaderHeld) {
+    const std::string big(64 * 1024, 'x');
+    const auto fill = [&] {
+        const auto store = open();
+        for (int i = 0; i < 200; ++i) {
+            EXPECT_TRUE(store->put(Table::tags, "name", big));
+        }
+    };
+    ASSERT_TRUE(open()->put(Table::tags, "name", big));
+    killAfter([this](int ready) {
+        const auto store = open();
+        store->forEach(Table::tags, "", [&](auto, auto) {
+            sayReady(ready);
+            ::pause();
+            return true;
+        });
+    });
+    fill();
+    const auto size = std::filesystem::file_size(directory / "store/data.mdb");
+    EXPECT_LT(size, 20 * big.size());
+}
+
+} // namespace
