@@ -7,68 +7,22 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <memory>
-#include <utility>
 
 namespace mox::host {
 
 namespace {
 
-/// Bodies up to here are read into a block that is kept for the purpose and copied into one of the right size, so
-/// that a queue of small messages does not hold large blocks.
-constexpr std::uint32_t copyUpTo = 1024;
-constexpr std::uint32_t directCapacity = 4096;
+/// Room for the largest datagram and one byte more, which tells a longer one. Only the pages that are used are there.
+using ReadBuffer = std::array<std::uint8_t, maxWireSize + 1>;
 
-struct ReadBuffers {
-    ~ReadBuffers() {
-        if (block != nullptr) {
-            Message::release(block);
-        }
-    }
-    bool prepare() {
-        if (block == nullptr) {
-            block = Message::allocate(directCapacity);
-        }
-        if (!overflow) {
-            overflow = std::make_unique<std::array<std::uint8_t, maxWireSize>>();
-        }
-        return block != nullptr;
-    }
-    Message* block = nullptr;
-    std::unique_ptr<std::array<std::uint8_t, maxWireSize>> overflow;
-};
-
-ReadBuffers& readBuffers() {
-    thread_local ReadBuffers buffers;
-    return buffers;
-}
-
-Message* copyOf(const Message& read, std::size_t body) {
-    Message* message = Message::allocate(static_cast<std::uint32_t>(body));
-    if (message != nullptr) {
-        std::memcpy(message->handle(), &read.header, sizeof(read.header) + body);
-    }
-    return message;
-}
-
-/// The message that has been read, in a block of a fitting size; null: no memory, and the message is lost.
-Message* takeFrom(ReadBuffers& buffers, std::size_t body) {
-    if (body <= copyUpTo) {
-        return copyOf(*buffers.block, body);
-    }
-    if (body <= directCapacity) {
-        return std::exchange(buffers.block, nullptr);
-    }
-    Message* message = Message::allocate(static_cast<std::uint32_t>(body));
-    if (message != nullptr) {
-        message->header = buffers.block->header;
-        std::memcpy(message->payload(), buffers.block->payload(), directCapacity);
-        std::memcpy(message->payload() + directCapacity, buffers.overflow->data(), body - directCapacity);
-    }
-    return message;
+ReadBuffer& readBuffer() {
+    thread_local const std::unique_ptr<ReadBuffer> buffer(new ReadBuffer);
+    return *buffer;
 }
 
 } // namespace
@@ -79,9 +33,13 @@ Endpoint::~Endpoint() {
     ::close(m_fd);
 }
 
-bool Endpoint::isWellFormed(const SAaSysComMsgHeader& header, std::size_t wireSize) const {
+bool Endpoint::isWellFormed(const std::uint8_t* datagram, std::size_t wireSize) const {
+    SAaSysComMsgHeader header{};
+    std::memcpy(&header, datagram, std::min(wireSize, sizeof(header)));
     if (wireSize < sizeof(header)) {
         dropBadDatagram("shorter than a message header");
+    } else if (wireSize > maxWireSize) {
+        dropBadDatagram("longer than any message");
     } else if (wireSize != sizeof(header) + Message::bodySize(header)) {
         dropBadDatagram("its length is not what its header says");
     } else if ((header.receiver & 0xFFFFU) != (m_sicad & 0xFFFFU)) {
@@ -93,34 +51,23 @@ bool Endpoint::isWellFormed(const SAaSysComMsgHeader& header, std::size_t wireSi
 }
 
 Message* Endpoint::readOne() {
-    ReadBuffers& buffers = readBuffers();
-    if (!buffers.prepare()) {
-        errno = ENOMEM;
-        return nullptr;
-    }
+    ReadBuffer& buffer = readBuffer();
     for (;;) {
-        std::array<iovec, 2> parts{iovec{buffers.block->handle(), sizeof(SAaSysComMsgHeader) + directCapacity},
-                                   iovec{buffers.overflow->data(), maxWireSize}};
-        msghdr datagram{};
-        datagram.msg_iov = parts.data();
-        datagram.msg_iovlen = parts.size();
-        const ssize_t got = recvmsg(m_fd, &datagram, MSG_DONTWAIT);
+        const ssize_t got = recv(m_fd, buffer.data(), buffer.size(), MSG_DONTWAIT);
         if (got < 0) {
             return nullptr;
         }
-        if ((datagram.msg_flags & MSG_TRUNC) != 0) {
-            dropBadDatagram("longer than any message");
-            continue;
-        }
         const auto wireSize = static_cast<std::size_t>(got);
-        if (!isWellFormed(buffers.block->header, wireSize)) {
+        if (!isWellFormed(buffer.data(), wireSize)) {
             continue;
         }
-        Message* message = takeFrom(buffers, wireSize - sizeof(SAaSysComMsgHeader));
+        Message* message = Message::allocate(static_cast<std::uint32_t>(wireSize - sizeof(SAaSysComMsgHeader)));
         if (message == nullptr) {
             dropBadDatagram("no memory for it");
-            continue;
+            errno = ENOMEM;
+            return nullptr;
         }
+        std::memcpy(message->handle(), buffer.data(), wireSize);
         message->fromSocket = true;
         return message;
     }

@@ -29,7 +29,7 @@ public:
     Message* read();
 
     /// What the reader thread does when the socket is readable: moves up to `most` messages to the inbox.
-    /// @return false: there was no memory, so something is left
+    /// @return false: there was no memory left for messages
     bool moveToInbox(unsigned most);
 
     /// Owner only. Whether the reader thread watches the socket, for longer.
@@ -48,7 +48,7 @@ public:
 
 private:
     Message* readOne();
-    bool isWellFormed(const SAaSysComMsgHeader& header, std::size_t wireSize) const;
+    bool isWellFormed(const std::uint8_t* datagram, std::size_t wireSize) const;
 
     const std::uint32_t m_sicad;
     const int m_fd;

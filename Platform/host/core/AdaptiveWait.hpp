@@ -2,8 +2,11 @@
 /// How a receiver waits before it sleeps in the kernel. Waking a sleeper costs several microseconds, and tens of them
 /// on an idle core; a receiver whose sender is awake on another core gains by staying awake for a moment, one that
 /// shares its core with the sender only loses. So the waiter learns: it stays awake at most 50 us, keeps doing so
-/// while that pays, halves the time while it does not, then sleeps at once and probes once in 256 waits.
+/// while that pays, halves the time while it does not, then sleeps at once and probes once in 256 waits. A waiter that
+/// was woken from its own core does not even probe.
 #include "Futex.hpp"
+
+#include <sched.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -27,6 +30,14 @@ public:
         return limit != 0 && stayAwake(ready, limit);
     }
 
+    /// Tells on which core the sender ran that ended the last sleep.
+    void wokenFrom(int core) {
+        m_sharesCore = core == sched_getcpu();
+        if (m_sharesCore) {
+            m_budget = 0;
+        }
+    }
+
     /// Real-time threads never stay awake: they would keep the processor from whoever they wait for.
     void forbid() { m_forbidden = true; }
 
@@ -42,7 +53,7 @@ private:
     }
 
     std::uint64_t timeToStayAwake() {
-        if (m_forbidden || !enabled()) {
+        if (m_forbidden || m_sharesCore || !enabled()) {
             return 0;
         }
         if (m_budget != 0) {
@@ -71,6 +82,7 @@ private:
     std::uint64_t m_budget = cap;
     unsigned m_waits = 0;
     bool m_forbidden = false;
+    bool m_sharesCore = false;
 };
 
 } // namespace mox::host

@@ -3,6 +3,7 @@
 #include "../bus/Endpoint.hpp"
 #include "../run/Clock.hpp"
 
+#include <sched.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -84,6 +85,7 @@ bool Inbox::push(Message* message) {
         message->next = isMark(top) ? nullptr : top;
     } while (!m_pushed.compare_exchange_weak(top, message, std::memory_order_seq_cst, std::memory_order_relaxed));
     if (top == sleepingOnFutex()) {
+        m_wakerCore.store(sched_getcpu(), std::memory_order_relaxed);
         m_gate.store(1, std::memory_order_release);
         futexWake(&m_gate);
     } else if (top == sleepingInPoll()) {
@@ -167,16 +169,11 @@ void Inbox::setSleep(Sleep sleep) {
 }
 
 Message* Inbox::take(std::int32_t timeoutUs) {
-    if (m_first == nullptr && !collect()) {
-        if (timeoutUs == 0) {
+    if (m_first == nullptr) {
+        const bool any = timeoutUs == 0 ? collect() : waitForMore(deadlineOf(timeoutUs));
+        if (!any) {
             return nullptr;
         }
-        const std::uint64_t deadline = deadlineOf(timeoutUs);
-        do {
-            if (!waitForMore(deadline)) {
-                return nullptr;
-            }
-        } while (m_first == nullptr);
     }
     return popFront();
 }
@@ -256,6 +253,7 @@ void Inbox::sleepOnFutex(std::uint64_t deadlineNs) {
         while (m_gate.load(std::memory_order_acquire) == 0) {
             futexWait(&m_gate, 0);
         }
+        m_wait.wokenFrom(m_wakerCore.load(std::memory_order_relaxed));
         return;
     }
     {

@@ -75,6 +75,7 @@ private:
 
     alignas(64) std::atomic<Message*> m_pushed{nullptr}; ///< stack of new messages, or how the owner sleeps
     alignas(64) std::atomic<std::int32_t> m_gate{0};     ///< the futex
+    std::atomic<int> m_wakerCore{-1};                    ///< where the sender ran that opened the gate
     std::atomic<int> m_wakeFd{-1};                       ///< eventfd, made with the first endpoint
 
     Message* m_first = nullptr; ///< the owner's own list, in order
