@@ -25,6 +25,13 @@ std::chrono::steady_clock::time_point steady(std::uint64_t ns) {
 
 } // namespace
 
+std::uint64_t nextExpiry(std::uint64_t deadlineNs, std::uint64_t periodNs, std::uint64_t nowNs) {
+    const std::uint64_t next = deadlineNs + periodNs;
+    if (next + catchUpNs >= nowNs)
+        return next;
+    return next + (nowNs - next) / periodNs * periodNs + periodNs;
+}
+
 Timers& Timers::instance() {
     static auto& timers = *new Timers;
     return timers;
@@ -171,9 +178,7 @@ bool Timers::prepare(Expiry& expiry, const Timer& timer) {
 }
 
 void Timers::reschedule(std::uint32_t id, Timer& timer, std::uint64_t now) {
-    std::uint64_t deadline = timer.deadlineNs + timer.periodNs;
-    if (deadline + catchUpNs < now)
-        deadline += (now - deadline) / timer.periodNs * timer.periodNs;
+    const std::uint64_t deadline = nextExpiry(timer.deadlineNs, timer.periodNs, now);
     leave(id, timer);
     timer.deadlineNs = deadline;
     orderOf(timer.priority).emplace(deadline, id);

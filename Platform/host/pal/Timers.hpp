@@ -26,6 +26,11 @@ struct Timer {
     std::uint64_t deadlineNs = 0; ///< next expiry; kept by Timers
 };
 
+/// When a periodic timer expires after it has been served.
+/// @param deadlineNs  for which it was served
+/// @param nowNs       when it was served
+std::uint64_t nextExpiry(std::uint64_t deadlineNs, std::uint64_t periodNs, std::uint64_t nowNs);
+
 /// All timers. Any thread, call-backs included. Deadlines are absolute and a period is added to the deadline before, so
 /// that nothing drifts. A periodic timer that is late catches up, unless it is more than a second late: then it goes on
 /// with its next expiry to come.
