@@ -86,8 +86,13 @@ protected:
         return false;
     }
 
-    /// Registers the test's thread. @return its SIC address
-    static std::uint32_t registerSelf() { return AaSysComSicadGet(AaSysComEuUserRegister(0), AaSysComGetOwnNid()); }
+    /// Registers the test's thread, whose queue may hold what the test before has left. @return its SIC address
+    static std::uint32_t registerSelf() {
+        const std::uint32_t self = AaSysComSicadGet(AaSysComEuUserRegister(0), AaSysComGetOwnNid());
+        while (void* left = AaSysComMsgReceive(0, 0))
+            AaSysComMsgDestroy(&left);
+        return self;
+    }
 
 private:
     static void joinRun() {
