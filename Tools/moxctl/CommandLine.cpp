@@ -1,0 +1,74 @@
+#include "CommandLine.hpp"
+
+#include <memory>
+#include <utility>
+
+namespace mox::tools {
+
+namespace {
+
+constexpr const char* description = "Runs simulated boards, and looks into them.";
+constexpr const char* footer =
+    "Data goes to standard output, everything else to standard error. Exit status: 0 done (also nothing to do),\n"
+    "1 failed, 2 usage, 3 not found, 4 verification failed, 5 no run or engine unreachable, 124 time limit,\n"
+    "130 interrupted.";
+
+std::shared_ptr<CLI::Formatter> formatterFor(const char* whatFollows) {
+    auto formatter = std::make_shared<CLI::Formatter>();
+    formatter->label("SUBCOMMAND", whatFollows);
+    formatter->label("Positionals", "Arguments");
+    formatter->column_width(30);
+    return formatter;
+}
+
+} // namespace
+
+CLI::Option& addArgument(CLI::App& verb, const char* name, std::string& value, const std::string& text) {
+    return *verb.add_option(name, value, text)->type_name("");
+}
+
+CommandLine::CommandLine() : m_app(description, "moxctl") {
+    m_app.set_help_flag("-h,--help", "Print this help and end");
+    m_app.set_version_flag("--version", "moxctl " MOXCTL_VERSION)->description("Print the version and end");
+    m_app.formatter(formatterFor("GROUP VERB"));
+    m_app.footer(footer);
+    m_app.require_subcommand(1);
+    // Global options may stand behind the verb, too.
+    m_app.fallthrough();
+    m_app.add_option("--run", m_globals.run, "The run's directory (default: MOX_RUN)")
+        ->type_name(placeholder::directory);
+    m_app.add_option("--node", m_globals.node, "Node id, hexadecimal (default: MOX_NODE, else the run's first node)")
+        ->type_name(placeholder::node);
+    m_app.add_flag("--json", m_globals.json, "Results and errors as JSON");
+    m_app.add_flag("--quiet", m_globals.quiet, "No remarks on standard error");
+    m_app.add_flag("-v,--verbose", m_globals.verbose, "More remarks on standard error");
+}
+
+CLI::App& CommandLine::addGroup(const char* name, const char* text) {
+    CLI::App* group = m_app.add_subcommand(name, text);
+    group->group("Groups");
+    group->formatter(formatterFor("VERB"));
+    group->require_subcommand(1);
+    group->footer("Global options: see 'moxctl -h'.");
+    return *group;
+}
+
+CLI::App& CommandLine::addVerb(CLI::App& group, const char* name, const char* text, Command command) {
+    CLI::App* verb = group.add_subcommand(name, text);
+    verb->group("Verbs");
+    verb->footer("Global options: see 'moxctl -h'.");
+    verb->callback([this, command = std::move(command)] { m_chosen = command; });
+    return *verb;
+}
+
+std::string CommandLine::reachedLevel() const {
+    std::string name = m_app.get_name();
+    const CLI::App* level = &m_app;
+    while (!level->get_subcommands().empty()) {
+        level = level->get_subcommands().front();
+        name += " " + level->get_name();
+    }
+    return name;
+}
+
+} // namespace mox::tools

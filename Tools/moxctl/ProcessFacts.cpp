@@ -1,0 +1,71 @@
+#include "ProcessFacts.hpp"
+
+#include <unistd.h>
+
+#include <ctime>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <vector>
+
+namespace mox::tools {
+
+namespace {
+
+std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string nameOf(const std::string& directory, const std::string& threadName) {
+    const std::string commandLine = readFile(directory + "/cmdline");
+    const std::string command = commandLine.substr(0, commandLine.find('\0'));
+    const std::string file = command.substr(command.find_last_of('/') + 1);
+    return file.empty() ? threadName : file;
+}
+
+} // namespace
+
+std::optional<ProcessFacts> readProcess(std::uint32_t pid) {
+    const std::string directory = "/proc/" + std::to_string(pid);
+    const std::string status = readFile(directory + "/stat");
+    const std::size_t nameBegin = status.find('(');
+    // A name may hold blanks and brackets, so the fields count from the last one.
+    const std::size_t nameEnd = status.rfind(')');
+    if (nameBegin == std::string::npos || nameEnd == std::string::npos) {
+        return std::nullopt;
+    }
+    std::istringstream fields(status.substr(nameEnd + 1));
+    const std::vector<std::string> field{std::istream_iterator<std::string>(fields), {}};
+    constexpr std::size_t state = 0, parent = 1, session = 3, startTicks = 19, residentPages = 21;
+    if (field.size() <= residentPages || field[state] == "Z" || field[state] == "X") {
+        return std::nullopt;
+    }
+    ProcessFacts facts;
+    facts.pid = pid;
+    facts.parent = static_cast<std::uint32_t>(std::stoul(field[parent]));
+    facts.session = static_cast<std::uint32_t>(std::stoul(field[session]));
+    facts.startTicks = std::stoull(field[startTicks]);
+    facts.residentKib = std::stoull(field[residentPages]) * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE)) / 1024;
+    facts.name = nameOf(directory, status.substr(nameBegin + 1, nameEnd - nameBegin - 1));
+    return facts;
+}
+
+std::int64_t startTime(const ProcessFacts& process) {
+    timespec now{};
+    timespec sinceBoot{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    clock_gettime(CLOCK_BOOTTIME, &sinceBoot);
+    const auto startSeconds = process.startTicks / static_cast<std::uint64_t>(sysconf(_SC_CLK_TCK));
+    return now.tv_sec - sinceBoot.tv_sec + static_cast<std::int64_t>(startSeconds);
+}
+
+std::string showTime(std::int64_t secondsUtc) {
+    const time_t seconds = secondsUtc;
+    tm parts{};
+    gmtime_r(&seconds, &parts);
+    char text[32];
+    return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)};
+}
+
+} // namespace mox::tools
