@@ -64,16 +64,11 @@ Service::RuntimeException::RuntimeException(const std::string& description, cons
 
 Service::Service(const std::string& name, unsigned short cpid, ERadHwapi radId, ERadHwapiState stateRadId,
                  std::unique_ptr<ArgParserBase> parser)
-    : m_useCommonServiceState(true),
-      m_stateRadId(stateRadId),
+    : m_stateRadId(stateRadId),
       m_name(name),
-      m_startTime(std::chrono::steady_clock::now()),
       m_requestedCpid(cpid),
-      m_assignedCpid(0),
       m_radId(radId),
-      m_argumentParser(parser != nullptr ? std::move(parser) : std::make_unique<ArgParser>()),
-      m_verbose(false),
-      m_terminateRequest(false) {
+      m_argumentParser(parser != nullptr ? std::move(parser) : std::make_unique<ArgParser>()) {
     m_impl = this;
     // A second object shares the mutex of the first.
     if (m_waitForConfigTagMutex == nullptr) {

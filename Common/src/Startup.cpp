@@ -27,24 +27,28 @@ const char* programName(char** argv) {
 }
 
 /// For the time before there is a log.
-void printFailure(char** argv, const char* function, int result) {
+/// @return whether there is a name to report a failure with; says so if there is none
+bool hasProgramName(char** argv) {
     if (argv == nullptr) {
         std::puts("argv is null");
-        return;
     }
-    std::printf("%s: %s failed %d\n", programName(argv), function, result);
+    return argv != nullptr;
 }
 
 bool startEnvironment(char** argv, const char* eeName) {
     const int configResult = AaConfigEarlyStartup();
     if (configResult != 0) {
-        printFailure(argv, "AaConfigEarlyStartup()", configResult);
+        if (hasProgramName(argv)) {
+            std::printf("%s: AaConfigEarlyStartup() failed %d\n", programName(argv), configResult);
+        }
         return false;
     }
     AaConfigTagSetString("pal.service.aapro.eename", eeName);
     const int startupResult = AaStartupEeStartup();
     if (startupResult != 0) {
-        printFailure(argv, "AaStartupEeStartup()", startupResult);
+        if (hasProgramName(argv)) {
+            std::printf("%s: AaStartupEeStartup() failed %d\n", programName(argv), startupResult);
+        }
         return false;
     }
     return true;

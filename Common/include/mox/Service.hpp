@@ -197,17 +197,17 @@ private:
     static std::string GenerateTagKey(const char* tag, unsigned int value);
 
     // Destroyed from below: the parser goes before the delegates, and they before the name.
-    std::atomic<bool> m_useCommonServiceState;
+    std::atomic<bool> m_useCommonServiceState{true};
     ERadHwapiState m_stateRadId;
     std::string m_name;
     DelegateMap m_delegates;
-    std::chrono::steady_clock::time_point m_startTime;
+    std::chrono::steady_clock::time_point m_startTime{std::chrono::steady_clock::now()};
     std::uint16_t m_requestedCpid;
-    std::atomic<std::uint16_t> m_assignedCpid;
+    std::atomic<std::uint16_t> m_assignedCpid{0};
     ERadHwapi m_radId;
     std::unique_ptr<ArgParserBase> m_argumentParser;
-    bool m_verbose;
-    std::atomic<bool> m_terminateRequest;
+    bool m_verbose = false;
+    std::atomic<bool> m_terminateRequest{false};
 
     static Service* m_impl;
     static std::set<std::string> m_observedTags;

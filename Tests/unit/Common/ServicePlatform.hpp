@@ -97,6 +97,7 @@ private:
 
     std::vector<std::string> m_trace;
     std::vector<std::uint16_t> m_registered;
+    char m_mutex = 0; ///< its address is the handle of the one mutex
     std::deque<TestMessage*> m_queue;
 };
 
