@@ -122,11 +122,11 @@ int AaConfigRadSetValue(unsigned int id, unsigned int value) {
         return EAaConfigRetVal_InvalidValue;
     }
     rad::Word* const words = rad::own.load(std::memory_order_relaxed);
-    if (words == nullptr) {
-        return EAaConfigRetVal_NotStarted;
-    }
     if (!rad::inRange(id)) {
         return EAaConfigRetVal_OutOfResources;
+    }
+    if (words == nullptr) {
+        return EAaConfigRetVal_NoError;
     }
     words[rad::slotOf(id)].store(rad::setWord(value), std::memory_order_relaxed);
     return EAaConfigRetVal_NoError;

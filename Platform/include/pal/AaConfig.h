@@ -161,9 +161,9 @@ int AaConfigRadSetDefault(unsigned int id, const char* name, unsigned int defaul
 /// Any thread at any time. Does not block.
 unsigned int AaConfigRadGetValue(unsigned int id);
 
-/// Sets a parameter, also one that nobody named. All processes of the node read the new value at once.
-/// @return EAaConfigRetVal_NoError, EAaConfigRetVal_InvalidValue (domain 0), EAaConfigRetVal_OutOfResources,
-///         EAaConfigRetVal_NotStarted (also after shut-down)
+/// Sets a parameter, also one that nobody named. All processes of the node read the new value at once. Before start-up
+/// nobody can read a parameter, and the call does nothing: a program that only prints its usage is no error.
+/// @return EAaConfigRetVal_NoError, EAaConfigRetVal_InvalidValue (domain 0), EAaConfigRetVal_OutOfResources
 /// Any thread at any time. Does not block.
 int AaConfigRadSetValue(unsigned int id, unsigned int value);
 

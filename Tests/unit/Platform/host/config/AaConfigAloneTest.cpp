@@ -69,6 +69,15 @@ protected:
     }
 };
 
+TEST(TheConfigurationBeforeItsStart, IgnoresRadValues) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process of its own, which has not started anything
+    EXPECT_EXIT(std::_Exit(host::AaConfigRadSetValue(0x20000, 1) == EAaConfigRetVal_NoError &&
+                                   host::AaConfigRadGetValue(0x20000) == 0
+                               ? 7
+                               : 8),
+                testing::ExitedWithCode(7), "");
+}
+
 TEST_F(TheConfiguration, StartsTwiceWithoutHarm) {
     EXPECT_EQ(host::AaConfigEarlyStartup(), 0);
 }
