@@ -1,5 +1,6 @@
 #include "RadNames.hpp"
 
+#include "../store/Keys.hpp"
 #include "../store/Store.hpp"
 
 #include <cstring>
@@ -11,28 +12,18 @@ namespace {
 // Beside the parameters of a domain, the domain itself: an index that no parameter can have.
 constexpr std::uint32_t domainIndex = 0xFFFF;
 
-constexpr std::size_t nodeDigits = 2;
-constexpr std::size_t idDigits = 4;
-
-void appendBigEndian(std::string& key, std::uint32_t number, std::size_t size) {
-    while (size-- > 0) {
-        key.push_back(static_cast<char>(number >> (8 * size)));
-    }
-}
+constexpr std::size_t nodeBytes = 2;
+constexpr std::size_t idBytes = 4;
 
 std::string keyOf(std::uint16_t node, std::uint32_t id) {
     std::string key;
-    appendBigEndian(key, node, nodeDigits);
-    appendBigEndian(key, id, idDigits);
+    appendBigEndian(key, node, nodeBytes);
+    appendBigEndian(key, id, idBytes);
     return key;
 }
 
 std::uint32_t idIn(std::string_view key) {
-    std::uint32_t id = 0;
-    for (const char c : key.substr(nodeDigits, idDigits)) {
-        id = id << 8 | static_cast<unsigned char>(c);
-    }
-    return id;
+    return bigEndian(key.substr(nodeBytes, idBytes));
 }
 
 std::string record(std::uint32_t number, const std::string& name) {
@@ -54,7 +45,7 @@ std::map<std::string, std::string> recordsOf(std::uint16_t node, std::uint32_t n
 
 bool rememberDomain(Store& store, std::uint16_t node, std::uint32_t number, const Domain& domain) {
     auto missing = recordsOf(node, number, domain);
-    const auto prefix = keyOf(node, number << 16).substr(0, nodeDigits + 2);
+    const auto prefix = keyOf(node, number << 16).substr(0, nodeBytes + 2);
     store.forEach(Table::radNames, prefix, [&](std::string_view key, std::string_view value) {
         const auto known = missing.find(std::string(key));
         if (known != missing.end() && known->second == value) {
@@ -74,9 +65,9 @@ bool rememberDomain(Store& store, std::uint16_t node, std::uint32_t number, cons
 
 std::map<std::uint32_t, Domain> rememberedDomains(const Store& store, std::uint16_t node) {
     std::map<std::uint32_t, Domain> domains;
-    store.forEach(Table::radNames, keyOf(node, 0).substr(0, nodeDigits), [&](auto key, auto value) {
+    store.forEach(Table::radNames, keyOf(node, 0).substr(0, nodeBytes), [&](auto key, auto value) {
         std::uint32_t number = 0;
-        if (key.size() != nodeDigits + idDigits || value.size() < sizeof number) {
+        if (key.size() != nodeBytes + idBytes || value.size() < sizeof number) {
             return true;
         }
         std::memcpy(&number, value.data(), sizeof number);

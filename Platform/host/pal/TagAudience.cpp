@@ -1,10 +1,9 @@
 #include "TagAudience.hpp"
 
-#include "../bus/Process.hpp"
 #include "../bus/SocketNames.hpp"
 #include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
-#include "../store/Store.hpp"
+#include "../store/Keys.hpp"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -13,7 +12,6 @@
 #include <cerrno>
 #include <csignal>
 #include <optional>
-#include <vector>
 
 namespace mox::host::tags {
 namespace {
@@ -25,20 +23,6 @@ constexpr std::size_t entrySize = 7;
 
 Table tableOf(Interest interest) {
     return interest == Interest::tag ? Table::tagObservers : Table::services;
-}
-
-void appendBigEndian(std::string& key, std::uint32_t number, std::size_t size) {
-    while (size-- > 0) {
-        key.push_back(static_cast<char>(number >> (8 * size)));
-    }
-}
-
-std::uint32_t bigEndian(std::string_view bytes) {
-    std::uint32_t number = 0;
-    for (const char c : bytes) {
-        number = number << 8 | static_cast<unsigned char>(c);
-    }
-    return number;
 }
 
 std::string keyOf(const Registration& registration, ProcessAddress process) {
@@ -63,10 +47,10 @@ std::optional<Member> memberIn(std::string_view key) {
                   {static_cast<std::uint16_t>(bigEndian(entry.substr(1, 2))), bigEndian(entry.substr(3))}};
 }
 
-void collect(const Store& store, Table table, std::string_view name, std::vector<ProcessAddress>& members) {
+void collect(const Store::Write& write, Table table, std::string_view name, std::vector<ProcessAddress>& members) {
     const ProcessAddress own = ownProcess();
     const std::string prefix = std::string(name) + '\0';
-    store.forEach(table, prefix, [&](std::string_view key, std::string_view) {
+    write.forEach(table, prefix, [&](std::string_view key, std::string_view) {
         const auto member = key.size() == prefix.size() + entrySize ? memberIn(key) : std::nullopt;
         if (member && !(member->process == own) &&
             (member->interest != Interest::node || member->process.node == own.node) &&
@@ -75,17 +59,6 @@ void collect(const Store& store, Table table, std::string_view name, std::vector
         }
         return true;
     });
-}
-
-std::vector<ProcessAddress> audienceOf(const Store& store, std::string_view name) {
-    std::vector<ProcessAddress> members;
-    collect(store, Table::tagObservers, name, members);
-    collect(store, Table::services, name, members);
-    for (auto dot = name.rfind('.'); dot != std::string_view::npos && dot > 0; dot = name.rfind('.', dot - 1)) {
-        collect(store, Table::services, name.substr(0, dot), members);
-    }
-    collect(store, Table::services, "", members);
-    return members;
 }
 
 /// A process that has not opened its socket yet lives too.
@@ -140,12 +113,20 @@ void leaveAudience(const Registration& registration) {
     }
 }
 
-void tellAudience(const std::string& name, const std::string& notice) {
-    const Run* run = Run::current();
-    if (run == nullptr) {
-        return;
+std::vector<ProcessAddress> audienceOf(const Store::Write& write, std::string_view name) {
+    std::vector<ProcessAddress> members;
+    collect(write, Table::tagObservers, name, members);
+    collect(write, Table::services, name, members);
+    for (auto dot = name.rfind('.'); dot != std::string_view::npos && dot > 0; dot = name.rfind('.', dot - 1)) {
+        collect(write, Table::services, name.substr(0, dot), members);
     }
-    for (const ProcessAddress process : audienceOf(run->store(), name)) {
+    collect(write, Table::services, "", members);
+    return members;
+}
+
+void tellAudience(const std::vector<ProcessAddress>& audience, const std::string& name, const std::string& notice) {
+    const Run* run = Run::current();
+    for (const ProcessAddress process : audience) {
         if (tell(process, Topic::tagPublished, notice)) {
             continue;
         }

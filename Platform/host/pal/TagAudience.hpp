@@ -1,9 +1,12 @@
 #pragma once
 /// Which processes of a run observe which tags: their entries in the store.
+#include "../bus/Process.hpp"
+#include "../store/Store.hpp"
 #include "TagObservers.hpp"
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace mox::host::tags {
 
@@ -15,8 +18,11 @@ bool covers(std::string_view service, std::string_view tag);
 bool enterAudience(const Registration& registration);
 void leaveAudience(const Registration& registration);
 
-/// Sends the notice to every other process that observes the tag. One that has died is dropped from the store; one that
-/// lives and stayed full loses this notice, which is logged.
-void tellAudience(const std::string& name, const std::string& notice);
+/// The other processes that observe a tag.
+std::vector<ProcessAddress> audienceOf(const Store::Write& write, std::string_view name);
+
+/// Sends the notice of a tag to processes. One that has died is dropped from the store; one that lives and stayed full
+/// loses this notice, which is logged.
+void tellAudience(const std::vector<ProcessAddress>& audience, const std::string& name, const std::string& notice);
 
 } // namespace mox::host::tags

@@ -1,6 +1,5 @@
 #include "TagObservers.hpp"
 
-#include "../bus/Process.hpp"
 #include "../run/Run.hpp"
 #include "TagAudience.hpp"
 #include "Tags.hpp"
@@ -8,7 +7,6 @@
 #include <algorithm>
 #include <mutex>
 #include <optional>
-#include <vector>
 
 namespace mox::host::tags {
 namespace {
@@ -138,13 +136,12 @@ bool unobserve(const Registration& registration) {
     return true;
 }
 
-void tellPublication(const std::string& name, const TypedValue& value) {
+void tellPublication(const std::string& name, const TypedValue& value, const std::vector<ProcessAddress>& audience) {
     const std::string text = body(name, value);
-    // The own process is not in the audience while it stands alone, nor for what only concerns itself.
     if (anyObserver()) {
         tell(ownProcess(), Topic::tagPublished, text);
     }
-    tellAudience(name, text);
+    tellAudience(audience, name, text);
 }
 
 void tellOwnChange(const std::string& name, const TypedValue& value) {

@@ -5,12 +5,14 @@
 /// their number. A publisher tells each such process once, by a notice with name and value; the process hands it to its
 /// call-backs, in the order of their registration, on its notice thread. An entry of a process that has died is dropped
 /// by the first publisher that finds it gone.
+#include "../bus/Process.hpp"
 #include "TypedValue.hpp"
 
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace mox::host::tags {
 
@@ -46,8 +48,9 @@ Observed observe(const Registration& registration, Observer observer);
 /// Ends one; no new call begins afterwards. @return false: there was none
 bool unobserve(const Registration& registration);
 
-/// Tells every process that observes the tag. Called with the publications of the process in order.
-void tellPublication(const std::string& name, const TypedValue& value);
+/// Tells this process's call-backs, and the other processes that observe the tag. Called with the publications of the
+/// process in order.
+void tellPublication(const std::string& name, const TypedValue& value, const std::vector<ProcessAddress>& audience);
 
 /// Tells this process's subscriptions of interest Interest::process of a change of an own tag.
 void tellOwnChange(const std::string& name, const TypedValue& value);

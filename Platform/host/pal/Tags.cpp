@@ -2,12 +2,13 @@
 
 #include "../run/Run.hpp"
 #include "../store/Store.hpp"
-#include "TagObservers.hpp"
+#include "TagAudience.hpp"
 
 #include <cstring>
 #include <map>
 #include <mutex>
 #include <shared_mutex>
+#include <vector>
 
 namespace mox::host::tags {
 namespace {
@@ -36,9 +37,18 @@ std::optional<TypedValue> in(const Values& values, std::string_view name) {
     return found != values.end() ? std::optional(found->second) : std::nullopt;
 }
 
-bool storePublic(const std::string& name, const TypedValue& value) {
+bool storeInRun(Store& store, const std::string& name, const TypedValue& value, std::vector<ProcessAddress>& audience) {
+    Store::Write write(store);
+    if (!write.put(Table::tags, name, encode(value))) {
+        return false;
+    }
+    audience = audienceOf(write, name);
+    return write.commit();
+}
+
+bool storePublic(const std::string& name, const TypedValue& value, std::vector<ProcessAddress>& audience) {
     if (const Run* run = Run::current()) {
-        return run->store().put(Table::tags, name, encode(value));
+        return storeInRun(run->store(), name, value, audience);
     }
     const std::unique_lock lock(local().mutex);
     local().published[name] = value;
@@ -76,10 +86,11 @@ void setOwn(const std::string& name, TypedValue value) {
 
 bool publish(const std::string& name, const TypedValue& value) {
     const std::lock_guard order(publishing());
-    if (!storePublic(name, value)) {
+    std::vector<ProcessAddress> audience;
+    if (!storePublic(name, value, audience)) {
         return false;
     }
-    tellPublication(name, value);
+    tellPublication(name, value, audience);
     return true;
 }
 

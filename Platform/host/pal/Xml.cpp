@@ -37,12 +37,24 @@ pugi::xml_node tooDeep(const pugi::xml_document& document) {
     return {};
 }
 
-bool refuseForbidden(const pugi::xml_document& document, XmlError& error) {
+/// Whether elements can be nested too deeply at all: each element around another one has an end tag. Spares most
+/// documents the walk.
+bool mayBeTooDeep(std::string_view text) {
+    unsigned endTags = 0;
+    for (auto at = text.find('/'); at != std::string_view::npos; at = text.find('/', at + 1)) {
+        if (at > 0 && text[at - 1] == '<' && ++endTags >= maxXmlDepth) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool refuseForbidden(std::string_view text, const pugi::xml_document& document, XmlError& error) {
     const auto declaration = document.find_child([](auto node) { return node.type() == pugi::node_doctype; });
     if (declaration) {
         return refuse(error, XmlResult::refused, offsetOf(declaration), "expected no document type declaration");
     }
-    if (const auto node = tooDeep(document)) {
+    if (const auto node = mayBeTooDeep(text) ? tooDeep(document) : pugi::xml_node()) {
         return refuse(error, XmlResult::refused, offsetOf(node), "expected at most 64 levels of elements");
     }
     return true;
@@ -64,7 +76,7 @@ bool parseXml(std::string_view text, pugi::xml_document& document, XmlError& err
         return refuse(error, XmlResult::noMemory, 0, parsed.description());
     }
     const auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(parsed.offset, 0));
-    return parsed ? refuseForbidden(document, error)
+    return parsed ? refuseForbidden(text, document, error)
                   : refuse(error, XmlResult::malformed, offset, parsed.description());
 }
 

@@ -69,6 +69,20 @@ std::optional<std::string> lookUp(MDB_txn* txn, MDB_dbi table, std::string_view 
     return std::nullopt;
 }
 
+void list(MDB_txn* txn, MDB_dbi table, std::string_view prefix, const Store::Visitor& each) {
+    MDB_cursor* cursor = nullptr;
+    if (txn == nullptr || mdb_cursor_open(txn, table, &cursor) != 0) {
+        return;
+    }
+    MDB_val key = valueOf(prefix);
+    MDB_val value{};
+    int rc = mdb_cursor_get(cursor, &key, &value, prefix.empty() ? MDB_FIRST : MDB_SET_RANGE);
+    while (rc == 0 && bytesOf(key).substr(0, prefix.size()) == prefix && each(bytesOf(key), bytesOf(value))) {
+        rc = mdb_cursor_get(cursor, &key, &value, MDB_NEXT);
+    }
+    mdb_cursor_close(cursor);
+}
+
 } // namespace
 
 std::unique_ptr<Store> Store::open(const std::string& path, bool create, std::string& why) {
@@ -99,20 +113,9 @@ bool Store::erase(Table table, std::string_view key) {
     return write.erase(table, key) && write.commit();
 }
 
-void Store::forEach(Table table, std::string_view prefix,
-                    const std::function<bool(std::string_view key, std::string_view value)>& each) const {
+void Store::forEach(Table table, std::string_view prefix, const Visitor& each) const {
     const Reading reading(m_environment->env);
-    MDB_cursor* cursor = nullptr;
-    if (reading.txn() == nullptr || mdb_cursor_open(reading.txn(), handle(table), &cursor) != 0) {
-        return;
-    }
-    MDB_val key = valueOf(prefix);
-    MDB_val value{};
-    int rc = mdb_cursor_get(cursor, &key, &value, prefix.empty() ? MDB_FIRST : MDB_SET_RANGE);
-    while (rc == 0 && bytesOf(key).substr(0, prefix.size()) == prefix && each(bytesOf(key), bytesOf(value))) {
-        rc = mdb_cursor_get(cursor, &key, &value, MDB_NEXT);
-    }
-    mdb_cursor_close(cursor);
+    list(reading.txn(), handle(table), prefix, each);
 }
 
 Store::Write::Write(Store& store) : m_store(store) {
@@ -158,6 +161,10 @@ bool Store::Write::erase(Table table, std::string_view key) {
 
 std::optional<std::string> Store::Write::get(Table table, std::string_view key) const {
     return lookUp(m_txn, m_store.handle(table), key);
+}
+
+void Store::Write::forEach(Table table, std::string_view prefix, const Visitor& each) const {
+    list(m_txn, m_store.handle(table), prefix, each);
 }
 
 bool Store::Write::commit() {

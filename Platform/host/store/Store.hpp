@@ -38,6 +38,9 @@ enum class Table : unsigned {
 
 class Store {
 public:
+    /// Takes one entry; false ends the listing. Must not use the store.
+    using Visitor = std::function<bool(std::string_view key, std::string_view value)>;
+
     /// Most bytes of a key; the least is 1.
     static constexpr std::size_t maxKey = 511;
 
@@ -54,6 +57,8 @@ public:
         /// @return whether there was such an entry
         bool erase(Table table, std::string_view key);
         std::optional<std::string> get(Table table, std::string_view key) const;
+        /// As Store::forEach, with what this transaction has changed.
+        void forEach(Table table, std::string_view prefix, const Visitor& each) const;
         /// @return whether everything is stored; false also for a second commit
         bool commit();
 
@@ -75,10 +80,8 @@ public:
     bool put(Table table, std::string_view key, std::string_view value);
     /// @return whether there was such an entry, and it is gone
     bool erase(Table table, std::string_view key);
-    /// Calls `each` for all entries whose key begins with `prefix`, in key order, from one consistent snapshot, until
-    /// it answers false. `each` must not use the store.
-    void forEach(Table table, std::string_view prefix,
-                 const std::function<bool(std::string_view key, std::string_view value)>& each) const;
+    /// Calls `each` for all entries whose key begins with `prefix`, in key order, from one consistent snapshot.
+    void forEach(Table table, std::string_view prefix, const Visitor& each) const;
 
 private:
     struct Environment;
