@@ -42,8 +42,12 @@ function(mox_test name)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
+  set(main mox_test_main)
+  if(arg_LIBS MATCHES "MOX::testkit")
+    set(main mox_testkit_main) # gives each test a simulated board of its own
+  endif()
   add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE mox_warnings mox_test_main ${arg_LIBS} GTest::gmock GTest::gtest)
+  target_link_libraries(${name} PRIVATE mox_warnings ${main} ${arg_LIBS} GTest::gmock GTest::gtest)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Tests")
   math(EXPR deadline "${arg_TIMEOUT} * ${MOX_TEST_TIMEOUT_FACTOR}")
   # Discovery before the run and not after the link: what is cross-compiled or enters a mount namespace of its own

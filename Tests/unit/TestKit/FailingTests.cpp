@@ -1,0 +1,58 @@
+// Each test here does on purpose what a test must not do.
+#include <pal/AaSem.h>
+#include <pal/AaSysLog.h>
+#include <testkit/Board.hpp>
+#include <testkit/BoardTest.hpp>
+#include <testkit/ChildService.hpp>
+#include <testkit/Messages.hpp>
+
+#include <csignal>
+#include <fstream>
+
+namespace {
+
+using namespace mox::testkit;
+
+class Failing : public BoardTest {};
+
+TEST_F(Failing, Crashes) {
+    std::ofstream("/ram/before") << "crash";
+    std::raise(SIGSEGV);
+}
+
+TEST_F(Failing, LogsAWarningThatNobodyExpects) {
+    AaSysLogPrintE(EAaSysLogSeverityLevel_Warning, 0x20003, "nobody expects this");
+}
+
+TEST_F(Failing, AwaitsAMessageThatNeverComes) {
+    Messages script;
+    script.send(script.address(), 0x0601, {1, 2, 255});
+    script.await(0x0602, 50);
+}
+
+TEST_F(Failing, SendsToNobody) {
+    Messages script;
+    script.send(0x10110777, 0x0601);
+}
+
+TEST_F(Failing, LeavesASemaphoreOpen) {
+    TAaSem sem = nullptr;
+    AaSemCreateC(&sem, 1);
+}
+
+TEST_F(Failing, StartsAServiceThatDoesNotExist) {
+    const ChildService none("NoSuchService", 0);
+}
+
+TEST_F(Failing, StartsAServiceThatEndsAtOnce) {
+    const ChildService helped("Echo", 0x220034, {"--help"});
+}
+
+class OnAWrongBoard : public BoardTest {};
+const BoardOf s_wrong("OnAWrongBoard", Board::text("{\"name\": \"wrong\", \"nodes\": 7}"));
+
+TEST_F(OnAWrongBoard, IsNotRun) {}
+
+TEST(NotFailing, Passes) {}
+
+} // namespace
