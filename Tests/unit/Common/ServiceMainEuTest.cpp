@@ -122,10 +122,9 @@ TEST_F(ServiceMainEu, ThatThrowsInitFailedLogsItAndFails) {
 }
 
 TEST_F(ServiceMainEu, ThatThrowsRuntimeErrorLogsItAndFails) {
-    sut.onInit = [] { throw Service::RuntimeException("stuck", "Led/src/Led", 4294967295U); };
+    sut.onInit = [] { throw Service::RuntimeException("stuck", "Led/src/Led", 2147483647U); };
     EXPECT_FALSE(run());
-    // A 32-bit processor shows the largest line as -1; nobody has such a file.
-    EXPECT_THAT(trace, Contains(::testing::StartsWith(log(4, "Runtime error : stuck (file: Led/src/Led, line: "))));
+    EXPECT_THAT(trace, Contains(log(4, "Runtime error : stuck (file: Led/src/Led, line: 2147483647)")));
     EXPECT_THAT(trace, Contains(state(5)));
 }
 
@@ -203,6 +202,28 @@ TEST(ServiceMainEuOfADerivedService, CallsItsOverrides) {
     EXPECT_TRUE(sut.CreateAndStartEu());
     EXPECT_THAT(platform.takeTrace(),
                 ElementsAre(_, _, "state 1", "InitEu()", "state 2", "Run()", "state 2", "Run()", "state 4"));
+}
+
+/// Cannot say that it has ended.
+class SpeechlessService : public ServiceUnderTest {
+public:
+    using ServiceUnderTest::ServiceUnderTest;
+    void SetServiceStateRad(unsigned int state) override {
+        if (state == 4) {
+            throw RuntimeException("speechless", "Led/src/Led", 4);
+        }
+    }
+};
+
+TEST(ServiceMainEuOfADerivedService, ThatFailsAtTheVeryEndHasFailed) {
+    ServicePlatform platform;
+    SpeechlessService sut(platform);
+    sut.onInit = [&sut] { sut.Terminate(); };
+    platform.receives(nullptr);
+    EXPECT_FALSE(sut.CreateAndStartEu());
+    EXPECT_THAT(platform.takeLog(),
+                ElementsAre(_, logLine(4, ledFeature, "Runtime error : speechless (file: Led/src/Led, line: 4)"),
+                            logLine(4, ledFeature, "Led main EU died unexpectedly")));
 }
 
 void* cancelMainEu(void* argument) {
