@@ -5,6 +5,7 @@
 
 #include "unit/Common/ServiceUnderTest.hpp"
 
+#include <cstdlib>
 #include <stdexcept>
 
 namespace mox::testing {
@@ -73,6 +74,14 @@ TEST_F(ServiceMain, LetsEveryOtherExceptionEndTheProcess) {
     EXPECT_THROW(run([]() -> bool { throw std::logic_error("x"); }), std::logic_error);
     GetCapturedStderr();
     EXPECT_THAT(platform.takeTrace(), ElementsAre("Startup(2, MOXLedExe)"));
+}
+
+TEST(ServiceMainWithoutService, SaysSoAndEndsWithStatus1) {
+    // In a process of its own, in which no other test has built a service.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    CommandLine line({"MOXLedExe"});
+    EXPECT_EXIT(std::exit(serviceMain(line.argc(), line.argv())), ::testing::ExitedWithCode(1),
+                "^No service: define one object of a class derived from Service\n$");
 }
 
 TEST(ServiceMainAndService, ShutDownAfterAHelpRequest) {
