@@ -61,14 +61,34 @@ CLI::App& CommandLine::addVerb(CLI::App& group, const char* name, const char* te
     return *verb;
 }
 
-std::string CommandLine::reachedLevel() const {
-    std::string name = m_app.get_name();
+const CLI::App& CommandLine::innermost() const {
     const CLI::App* level = &m_app;
     while (!level->get_subcommands().empty()) {
         level = level->get_subcommands().front();
-        name += " " + level->get_name();
+    }
+    return *level;
+}
+
+std::string CommandLine::reachedLevel() const {
+    std::string name;
+    for (const CLI::App* level = &innermost(); level != nullptr; level = level->get_parent()) {
+        name = level->get_name() + (name.empty() ? "" : " ") + name;
     }
     return name;
+}
+
+std::string CommandLine::missingVerb() const {
+    std::string names;
+    for (const CLI::App* below : innermost().get_subcommands(nullptr)) {
+        if (!below->get_group().empty()) {
+            names += (names.empty() ? "" : ", ") + below->get_name();
+        }
+    }
+    if (names.empty()) {
+        return "";
+    }
+    const std::vector<std::string> unknown = m_app.remaining(true);
+    return "expected " + names + (unknown.empty() ? "" : ", got '" + unknown.front() + "'");
 }
 
 } // namespace mox::tools

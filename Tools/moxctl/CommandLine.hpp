@@ -29,8 +29,12 @@ public:
     const Command& chosen() const { return m_chosen; }
     /// "moxctl msg send": the innermost level that was reached.
     std::string reachedLevel() const;
+    /// What was wrong with a line that names no verb; empty when it names one.
+    std::string missingVerb() const;
 
 private:
+    const CLI::App& innermost() const;
+
     GlobalOptions m_globals;
     CLI::App m_app;
     Command m_chosen;

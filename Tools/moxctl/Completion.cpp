@@ -36,7 +36,7 @@ constexpr std::array valueTable{
 
 constexpr const char* scriptBegin = R"(# bash completion of moxctl: source <(moxctl completion bash)
 _moxctl_values() {
-    moxctl "${globals[@]}" completion values "$1" 2>/dev/null
+    "${COMP_WORDS[0]}" "${globals[@]}" completion values "$1" 2>/dev/null
 }
 
 _moxctl() {

@@ -76,10 +76,12 @@ std::uint32_t readAddress(Session& session, const std::string& text) {
     if (colon != std::string::npos) {
         return AaSysComSicadGet(readHalf(text.substr(colon + 1), text), readHalf(text.substr(0, colon), text));
     }
-    if (!text.empty() && text.front() >= '0' && text.front() <= '9') {
-        return static_cast<std::uint32_t>(readNumber(text, "address", UINT32_MAX));
-    }
     const host::Run& run = session.run();
+    if (!text.empty() && text.front() >= '0' && text.front() <= '9') {
+        const auto sicad = static_cast<std::uint32_t>(readNumber(text, "address", UINT32_MAX));
+        const bool hasNode = AaSysComSicadGetNid(sicad) != 0;
+        return hasNode ? sicad : AaSysComSicadGet(AaSysComSicadGetCpid(sicad), run.node());
+    }
     return AaSysComSicadGet(cpidOfService(run, text), run.node());
 }
 

@@ -27,8 +27,8 @@ private:
     void* m_handle;
 };
 
-/// The address that a person means: "1011:0600" (both hexadecimal), a SIC address as a number, or the name of a service
-/// of the session's node. Throws Failure: usage, notFound.
+/// The address that a person means: "1011:0600" (both hexadecimal), a SIC address as a number (without a node: the
+/// session's), or the name of a service of the session's node. Throws Failure: usage, notFound.
 std::uint32_t readAddress(Session& session, const std::string& text);
 
 /// What a message holds: "id", "sender", "receiver", "size", "payload" (hexadecimal).

@@ -65,7 +65,7 @@ void makeRun(Session& session, const SimOptions& options) {
         return;
     }
     if (options.directory.empty()) {
-        throw Failure(ExitStatus::usage, "moxctl sim new: expected the DIR to make (see 'moxctl sim new -h')");
+        throw Failure(ExitStatus::usage, "expected the DIR to make (see 'moxctl sim new -h')");
     }
     const Board board = readBoard(options.board.empty() ? defaultBoard : options.board);
     const host::Description description = parse(board);

@@ -31,7 +31,9 @@ int endParsing(CommandLine& line, const CLI::ParseError& ended, const Output& ou
         return line.app().exit(ended);
     }
     const std::string level = line.reachedLevel();
-    return fail(output, ExitStatus::usage, level + ": " + ended.what() + " (see '" + level + " -h')");
+    const bool isVerbMissing = dynamic_cast<const CLI::RequiredError*>(&ended) != nullptr;
+    const std::string missing = isVerbMissing ? line.missingVerb() : "";
+    return fail(output, ExitStatus::usage, (missing.empty() ? ended.what() : missing) + " (see '" + level + " -h')");
 }
 
 int runCommand(const CommandLine& line) {

@@ -1,0 +1,77 @@
+#include "Moxctl.hpp"
+
+#include <gmock/gmock.h>
+
+#include <ostream>
+
+namespace mox::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
+
+struct HelpRow {
+    Words level;
+    std::vector<const char*> holds;
+};
+
+void PrintTo(const HelpRow& row, std::ostream* stream) {
+    *stream << "moxctl";
+    for (const std::string& word : row.level) {
+        *stream << ' ' << word;
+    }
+}
+
+class HelpOfLevel : public ::testing::TestWithParam<HelpRow> {};
+
+TEST_P(HelpOfLevel, NamesEverythingThatCanFollow) {
+    for (const char* option : {"-h", "--help"}) {
+        Words words = GetParam().level;
+        words.emplace_back(option);
+        const CommandResult result = moxctlAlone(words);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_THAT(result.err, IsEmpty());
+        for (const char* text : GetParam().holds) {
+            EXPECT_THAT(result.out, HasSubstr(text));
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Moxctl, HelpOfLevel,
+    ::testing::Values(
+        HelpRow{{},
+                {"Usage: moxctl [OPTIONS] GROUP VERB", "--run DIR", "--node NID", "--json", "--quiet", "-v,--verbose",
+                 "--version", "sim ", "ps ", "msg ", "tag ", "rad ", "log ", "completion ", "124 time limit"}},
+        HelpRow{{"sim"}, {"Usage: moxctl sim [OPTIONS] VERB", "new ", "up ", "down ", "status "}},
+        HelpRow{{"sim", "new"}, {"Usage: moxctl sim new [OPTIONS] [DIR]", "--board FILE|NAME", "--list", "echo-pair"}},
+        HelpRow{{"sim", "up"}, {"[DIR]", "--wait SECONDS", "--exe-dir DIR", "MOX_EXE_PATH", "Global options"}},
+        HelpRow{{"sim", "down"}, {"[DIR]", "--wait SECONDS", "killed"}}, HelpRow{{"sim", "status"}, {"[DIR]", "CPIDs"}},
+        HelpRow{{"ps"}, {"Usage: moxctl ps [OPTIONS] VERB", "list "}},
+        HelpRow{{"ps", "list"}, {"Usage: moxctl ps list", "processes"}},
+        HelpRow{{"msg"}, {"send ", "request ", "monitor "}},
+        HelpRow{{"msg", "send"}, {"TO ID", "--payload", "--text TEXT", "--file FILE", "--from SICAD", "--count N"}},
+        HelpRow{{"msg", "request"}, {"TO ID", "--payload", "--text TEXT", "--file FILE", "--timeout SECONDS", "124"}},
+        HelpRow{{"msg", "monitor"}, {"CPID", "--count N", "--timeout SECONDS", "124"}},
+        HelpRow{{"tag"}, {"list ", "get ", "set ", "watch "}}, HelpRow{{"tag", "list"}, {"[PREFIX]"}},
+        HelpRow{{"tag", "get"}, {" TAG"}}, HelpRow{{"tag", "set"}, {"TAG VALUE", "--type TYPE", "u32"}},
+        HelpRow{{"tag", "watch"}, {"[PREFIX]", "--count N", "--timeout SECONDS"}},
+        HelpRow{{"rad"}, {"list ", "get ", "set "}}, HelpRow{{"rad", "list"}, {"[PATTERN]"}},
+        HelpRow{{"rad", "get"}, {" PARAMETER", "name"}}, HelpRow{{"rad", "set"}, {"PARAMETER [VALUE]", "--default"}},
+        HelpRow{{"log"}, {"tail "}},
+        HelpRow{{"log", "tail"}, {"[SERVICE]", "-f,--follow", "-n,--lines N", "--level LEVEL", "--feature PARAMETER"}},
+        HelpRow{{"completion"}, {"bash "}}, HelpRow{{"completion", "bash"}, {"source"}}));
+
+TEST(Moxctl, TellsItsVersion) {
+    const CommandResult result = moxctlAlone({"--version"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, MatchesRegex("moxctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST(Moxctl, HidesFromHelpWhatOnlyTheCompletionScriptUses) {
+    EXPECT_THAT(moxctlAlone({"completion", "-h"}).out, ::testing::Not(HasSubstr("values")));
+}
+
+} // namespace
+} // namespace mox::testing
