@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <host/store/Store.hpp>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -146,6 +147,30 @@ TEST_F(AStore, StoresNothingOfATransactionInWhichOnePutFailed) {
     EXPECT_FALSE(write.commit());
     testing::internal::GetCapturedStderr();
     EXPECT_EQ(sut->get(Table::tags, "good"), std::nullopt);
+}
+
+/// In a process whose files cannot grow any more.
+int writeToAFullDisk(Store& store, std::uintmax_t size) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{size, size};
+    const bool limited = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+    const bool refused = !store.put(Table::tags, "name", std::string(1 << 20, 'x'));
+    return limited && refused && store.get(Table::tags, "name") == "before" ? 0 : 1;
+}
+
+TEST_F(AStore, KeepsWhatItHeldWhenTheDiskIsFull) {
+    ASSERT_TRUE(open()->put(Table::tags, "name", "before"));
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const auto sut = open();
+        ::_exit(writeToAFullDisk(*sut, std::filesystem::file_size(directory / "store/data.mdb")));
+    }
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    const auto sut = open();
+    EXPECT_EQ(sut->get(Table::tags, "name"), "before");
+    EXPECT_TRUE(sut->put(Table::tags, "name", "after"));
 }
 
 TEST_F(AStore, IsOneEnvironmentForAllWhoOpenItInAProcess) {
