@@ -76,7 +76,7 @@ TEST_F(AaSysLog, RefusesUnknownSeveritiesAndANullFormat) {
     const char* none = nullptr;
     EXPECT_EQ(AaSysLogPrintE(static_cast<EAaSysLogSeverityLevel>(0), 0, "x"), EAaSysLogRetVal_InvalidValue);
     EXPECT_EQ(AaSysLogPrintE(static_cast<EAaSysLogSeverityLevel>(5), 0, "x"), EAaSysLogRetVal_InvalidValue);
-    EXPECT_EQ(AaSysLogPrint(error, none), EAaSysLogRetVal_InvalidValue);
+    EXPECT_EQ(AaSysLogPrint(error, none, 0), EAaSysLogRetVal_InvalidValue);
     EXPECT_THAT(lines(), IsEmpty());
 }
 

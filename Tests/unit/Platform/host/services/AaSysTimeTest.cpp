@@ -46,9 +46,10 @@ protected:
 
 TEST(CalendarTime, AgreesWithTheCLibrary) {
     std::mt19937_64 random(11);
+    const std::int64_t latest = sizeof(time_t) == 4 ? std::int64_t{INT32_MAX} * 1000 : host::latestTimeMs;
     for (int i = 0; i < 20000; ++i) {
-        const auto ms = static_cast<std::int64_t>(random() % (host::latestTimeMs + 1));
-        const time_t seconds = ms / 1000;
+        const auto ms = static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(latest + 1));
+        const auto seconds = static_cast<time_t>(ms / 1000);
         tm parts{};
         gmtime_r(&seconds, &parts);
         const SAaTime time = host::fromMs(ms);
