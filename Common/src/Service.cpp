@@ -93,9 +93,10 @@ void Service::AddMsgDelegate(MsgDelegateBase* delegate) {
         throw InvalidParameterException("Nullptr pointer argument passed to Service::AddMsgDelegate ",
                                         constant::sourcePath, __LINE__);
     }
-    const unsigned int id = delegate->GetMsgId();
-    if (m_delegates.count(delegate->GetMsgId()) != 0) {
-        AaSysLogPrintE(EAaSysLogSeverityLevel_Error, m_radId, "Duplicate message delegate, id 0x%X", id);
+    const std::uint16_t id = delegate->GetMsgId();
+    if (m_delegates.count(id) != 0) {
+        AaSysLogPrintE(EAaSysLogSeverityLevel_Error, m_radId, "Duplicate message delegate, id 0x%X",
+                       static_cast<unsigned int>(id));
         return;
     }
     // Through the virtual call, so that an override of the owning form sees every delegate.
