@@ -17,6 +17,6 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 [[ ${1-} == -h || ${1-} == --help ]] && usage && exit 0
 "$top/scripts/setup.sh" build bench
 cd "$top"
-cmake --preset release -B build/bench -DMOX_BUILD_BENCHMARKS=ON -DMOX_BUILD_TESTS=OFF >/dev/null
+cmake --preset release -B build/bench -DMOX_BUILD_BENCHMARKS=ON >/dev/null
 cmake --build build/bench --parallel "$jobs"
 exec "$top/Benchmarks/run.sh" "$top/build/bench" "$@"

@@ -7,7 +7,7 @@ usage() {
 usage: scripts/test.sh [PRESET] [ctest option...]
 
 Installs what is missing, builds the preset (default: dev) below build/ and runs its tests.
-Presets: dev release asan tsan coverage tidy arm. What follows is passed to ctest:
+Presets: dev asan tsan coverage tidy arm. What follows is passed to ctest:
 
   scripts/test.sh                      all tests
   scripts/test.sh -R WorkerSuspended   those whose name matches
@@ -27,7 +27,7 @@ if (($#)) && [[ $1 != -* ]]; then
     shift
 fi
 case $preset in
-dev | release | asan | tsan | coverage | tidy | arm) ;;
+dev | asan | tsan | coverage | tidy | arm) ;;
 *) misuse ;;
 esac
 
