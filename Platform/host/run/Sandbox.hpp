@@ -10,10 +10,10 @@
 ///     kill(service->process, SIGTERM);
 ///     waitpid(service->sandbox, &status, 0);
 ///
-/// Needs bubblewrap and no privileges; works inside another sandbox too. The executable, what MOX_EMULATOR names and
-/// the working directory stay reachable under their paths, also below a directory that the node has of its own.
-/// MOX_SANDBOX_WRITABLE (directories, separated by colons) names what is to stay writable, such as a build tree whose
-/// programs write coverage counters.
+/// Needs bubblewrap and no privileges; works inside another sandbox too. The executable, what MOX_EMULATOR and
+/// QEMU_LD_PREFIX name, and the working directory stay reachable under their paths, also below a directory that the
+/// node has of its own. MOX_SANDBOX_WRITABLE (directories, separated by colons) names what is to stay writable, such as
+/// a build tree whose programs write coverage counters.
 #include <sys/types.h>
 
 #include <cstdint>
@@ -30,6 +30,8 @@ constexpr const char* sandboxRunPath = "/run/mox";
 struct SandboxOptions {
     /// Kill the process when the thread that starts it, or its process, ends.
     bool dieWithParent = false;
+    /// Begin a session of its own, out of reach of the caller's terminal and of signals to its process group.
+    bool newSession = false;
     /// Files and directories of the workstation that stay reachable, read-only, under their paths.
     std::vector<std::string> reachable;
     /// As `reachable`, and writable.

@@ -60,9 +60,9 @@ private:
 };
 
 /// A service begins with the signals as a shell would leave them, whatever the thread that starts it has blocked.
-class DefaultSignals {
+class Attributes {
 public:
-    DefaultSignals() {
+    explicit Attributes(bool newSession) {
         sigset_t none;
         sigemptyset(&none);
         sigset_t pipe;
@@ -71,11 +71,13 @@ public:
         posix_spawnattr_init(&m_attributes);
         posix_spawnattr_setsigmask(&m_attributes, &none);
         posix_spawnattr_setsigdefault(&m_attributes, &pipe);
-        posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        const int session = newSession ? POSIX_SPAWN_SETSID : 0;
+        posix_spawnattr_setflags(&m_attributes,
+                                 static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | session));
     }
-    ~DefaultSignals() { posix_spawnattr_destroy(&m_attributes); }
-    DefaultSignals(const DefaultSignals&) = delete;
-    DefaultSignals& operator=(const DefaultSignals&) = delete;
+    ~Attributes() { posix_spawnattr_destroy(&m_attributes); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
     const posix_spawnattr_t* get() const { return &m_attributes; }
 
 private:
@@ -123,8 +125,8 @@ std::optional<Sandboxed> spawnInSandbox(const std::string& runPath, std::uint16_
     actions.put(options.standardError, STDERR_FILENO);
     actions.put(information.end(1), informationFd);
     Sandboxed started;
-    const int failure = posix_spawn(&started.sandbox, command[0].c_str(), actions.get(), DefaultSignals().get(),
-                                    pointers(command).data(), environ);
+    const int failure = posix_spawn(&started.sandbox, command[0].c_str(), actions.get(),
+                                    Attributes(options.newSession).get(), pointers(command).data(), environ);
     if (failure != 0) {
         why = command[0] + ": " + std::strerror(failure);
         return std::nullopt;

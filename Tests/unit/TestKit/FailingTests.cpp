@@ -6,8 +6,11 @@
 #include <testkit/ChildService.hpp>
 #include <testkit/Messages.hpp>
 
+#include <unistd.h>
+
 #include <csignal>
 #include <fstream>
+#include <iostream>
 
 namespace {
 
@@ -18,6 +21,12 @@ class Failing : public BoardTest {};
 TEST_F(Failing, Crashes) {
     std::ofstream("/ram/before") << "crash";
     std::raise(SIGSEGV);
+}
+
+TEST_F(Failing, HangsForEver) {
+    std::cout << "hanging as process " << getpid() << std::endl;
+    for (;;)
+        pause();
 }
 
 TEST_F(Failing, LogsAWarningThatNobodyExpects) {

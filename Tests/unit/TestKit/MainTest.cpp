@@ -53,6 +53,60 @@ TEST(TestThatCrashes, DoesNotKeepTheNextFromRunning) {
                                       HasSubstr("[  FAILED  ] Failing.Crashes\n")));
 }
 
+/// The main() of tests that is interrupted while its test hangs.
+class Interrupted : public testing::Test {
+protected:
+    /// Starts the test that hangs and waits until it does.
+    Interrupted() {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(pipe(ends.data()), 0);
+        m_main = fork();
+        if (m_main == 0) {
+            dup2(ends[1], STDOUT_FILENO);
+            unsetenv("MOX_TESTKIT_INSIDE");
+            execl(MOX_FAILING_TESTS, MOX_FAILING_TESTS, "--gtest_filter=Failing.HangsForEver", nullptr);
+            _exit(127);
+        }
+        close(ends[1]);
+        m_output = fdopen(ends[0], "r");
+        std::array<char, 1024> line{};
+        while (m_test == 0 && fgets(line.data(), line.size(), m_output) != nullptr)
+            std::sscanf(line.data(), "hanging as process %d", &m_test);
+    }
+    ~Interrupted() override { fclose(m_output); }
+
+    int endBy(int signal) {
+        kill(m_main, signal);
+        int status = 0;
+        waitpid(m_main, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+    /// Whether the output has come to its end: the processes that held it are gone.
+    bool isOver() {
+        while (fgetc(m_output) != EOF) {
+        }
+        return feof(m_output) != 0;
+    }
+
+    pid_t m_main = 0;
+    int m_test = 0;
+    FILE* m_output = nullptr;
+};
+
+TEST_F(Interrupted, EndsItsTestAndRemovesTheRun) {
+    ASSERT_GT(m_test, 0);
+    EXPECT_TRUE(isARunLeft());
+    EXPECT_EQ(endBy(SIGTERM), 128 + SIGKILL);
+    EXPECT_TRUE(isOver());
+    EXPECT_FALSE(isARunLeft());
+}
+
+TEST_F(Interrupted, TakesItsTestAlongWhenItIsKilled) {
+    ASSERT_GT(m_test, 0);
+    EXPECT_EQ(endBy(SIGKILL), 128 + SIGKILL);
+    EXPECT_TRUE(isOver());
+}
+
 TEST(TestThatPasses, GivesStatusZeroAndLeavesNoRun) {
     const Outcome outcome = runFailing("--gtest_filter=NotFailing.*");
     EXPECT_EQ(outcome.status, 0) << outcome.output;

@@ -2,6 +2,7 @@
 #include "mock/AaProMock.hpp"
 #include "mock/AaSemMock.hpp"
 #include "mock/AaSysComMock.hpp"
+#include "mock/DdalRioMock.hpp"
 #include "mock/DdalSysinfoMock.hpp"
 #include "mock/Ledger.hpp"
 
@@ -95,6 +96,19 @@ TEST(MessageMadeByAMock, CountsAsOpenUntilItIsDestroyed) {
     EXPECT_EQ(ledger().count(Kind::message), 1U);
     AaSysComMsgDestroy(&msg);
     EXPECT_EQ(ledger().count(Kind::message), 0U);
+}
+
+TEST(SrioHandleInTheLedger, IsOpenUntilItIsClosed) {
+    Use<DdalRioMock> rio;
+    constexpr int first = 0;
+    EXPECT_CALL(rio, ddal_rio_copy_open_fd(0, 0x1031, DDAL_RIO_COPY_READ, _))
+        .WillOnce(DoAll(SetArgPointee<3>(first), Return(DDAL_OK)));
+    EXPECT_CALL(rio, ddal_rio_copy_close_fd(first)).WillOnce(Return(DDAL_OK));
+    int fd = -1;
+    EXPECT_EQ(ddal_rio_copy_open_fd(0, 0x1031, DDAL_RIO_COPY_READ, &fd), DDAL_OK);
+    EXPECT_EQ(ledger().count(Kind::srioHandle), 1U);
+    EXPECT_EQ(ddal_rio_copy_close_fd(fd), DDAL_OK);
+    EXPECT_EQ(ledger().count(Kind::srioHandle), 0U);
 }
 
 TEST(SecondMockOfAFamily, EndsTheProcess) {
