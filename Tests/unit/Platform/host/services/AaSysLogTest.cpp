@@ -66,6 +66,13 @@ TEST_F(AaSysLog, PassesDebugLinesWhileTheFeaturesFlagIsSet) {
     EXPECT_THAT(lines(), ElementsAre(LoggedLine{1, feature, "while"}));
 }
 
+TEST_F(AaSysLog, DoesNotFormatDebugLinesThatNobodyWants) {
+    // Whoever formats the text follows a pointer that leads nowhere.
+    const auto* nowhere = reinterpret_cast<const char*>(std::uintptr_t{16});
+    EXPECT_EQ(AaSysLogPrintE(debug, freshFeature(), "%s", nowhere), 0);
+    EXPECT_THAT(lines(), IsEmpty());
+}
+
 TEST_F(AaSysLog, GivesALineWithoutFeatureTheFeatureZero) {
     EXPECT_EQ(AaSysLogPrint(warning, "%s %u", "plain", 7U), 0);
     AaSysLogPrint(debug, "no parameter, no debug line");
