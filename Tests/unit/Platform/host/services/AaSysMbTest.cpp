@@ -207,6 +207,15 @@ TEST_F(AaSysMb, ForgetsWhatAProcessHasAtItsShutDown) {
     mailbox::erase(foreign);
 }
 
+TEST_F(AaSysMb, StandsInTheStoreAsDocumented) {
+    mailbox::Subscription subscription{anId, 0x100E8000, 0, 15, {0x100E, 4711}};
+    mailbox::put(subscription);
+    const std::string key("\x11\x97\x10\x0E\x80\x00\x00\x00", 8);
+    const std::string value("\x0F\x0E\x10\x67\x12\x00\x00", 7);
+    EXPECT_EQ(host::Run::current()->store().get(host::Table::subscribers, key), value);
+    EXPECT_TRUE(mailbox::erase(subscription));
+}
+
 TEST_F(AaSysMb, RefusesWhatCannotBe) {
     EXPECT_EQ(AaSysMbSubscribe(anId, 0, 0, 15), EAaSysMbRetVal_InvalidValue);
     EXPECT_EQ(AaSysMbSubscribe(anId, m_self, 0, 0), EAaSysMbRetVal_InvalidValue);
