@@ -168,10 +168,14 @@ TEST(SimDown, HasNothingToDoWithoutServices) {
 }
 
 TEST(SimDown, KillsAServiceThatDoesNotEnd) {
-    const SimulatedRun run;
-    run.up();
-    const pid_t pid = run.pidOf("1011", "Echo");
-    kill(pid, SIGSTOP); // takes no other signal than SIGKILL now
+    const std::string directory = std::filesystem::path(MOXCTL_PATH).parent_path().string();
+    const SimulatedRun run(
+        boardWith({{"Stubborn", "/bin/sh", {"-c", "trap '' TERM; exec \"$0\"", directory + "/MOXEchoExe"}}}));
+    auto setting = run.setting();
+    setting.environment.emplace_back("MOX_SANDBOX_WRITABLE", directory);
+    const CommandResult started = runCommand(moxctlWords({"sim", "up"}), setting);
+    ASSERT_EQ(started.status, 0) << started.err;
+    const pid_t pid = run.pidOf("1011", "Stubborn");
     const Json stopped = run.json({"sim", "down", "--wait", "0.1"});
     EXPECT_EQ(stopped.at("killed"), 1);
     EXPECT_FALSE(lives(pid));
