@@ -86,8 +86,9 @@ Samples serviceStart(const char* executable, unsigned stateParameter) {
     TemporaryRun::join();
     const std::uint64_t begin = nowNs();
     const pid_t service = spawn([=] {
-        std::freopen("/dev/null", "w", stdout);
-        std::freopen("/dev/null", "w", stderr);
+        if (std::freopen("/dev/null", "w", stdout) == nullptr || std::freopen("/dev/null", "w", stderr) == nullptr) {
+            die("freopen");
+        }
         execl(executable, executable, static_cast<char*>(nullptr));
         _exit(127);
     });
