@@ -104,7 +104,7 @@ public:
 
 private:
     Call& m_call;
-    std::optional<Entry> m_entry;
+    std::unique_ptr<Entry> m_entry;
 };
 
 /// Releases the handle that an argument is.
@@ -206,7 +206,7 @@ public:
 
 private:
     Call& m_call;
-    std::optional<Entry> m_entry;
+    std::unique_ptr<Entry> m_entry;
     std::function<void()> m_withdraw;
 };
 

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <list>
+#include <memory>
 #include <sstream>
 
 namespace mox::mock {
@@ -82,19 +83,19 @@ void enter(Entry entry) {
     open.insert(after.base(), std::move(entry));
 }
 
-std::optional<Entry> strike(Kind kind, const Handle& handle) {
+std::unique_ptr<Entry> strike(Kind kind, const Handle& handle) {
     const std::lock_guard<std::mutex> guard(bookMutex());
     for (auto* list : {&books().open, &books().deferred}) {
         const auto found =
             std::find_if(list->rbegin(), list->rend(), [&](const Entry& entry) { return same(entry, kind, handle); });
         if (found == list->rend())
             continue;
-        Entry entry = std::move(*found);
+        auto entry = std::make_unique<Entry>(std::move(*found));
         list->erase(std::next(found).base());
         books().executionUnitEnded.notify_all();
         return entry;
     }
-    return std::nullopt;
+    return nullptr;
 }
 
 void strikeAll(Kind kind, std::thread::id thread) {

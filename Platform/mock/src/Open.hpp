@@ -4,7 +4,7 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -47,8 +47,8 @@ struct Entry {
 /// as they were opened.
 void enter(Entry entry);
 
-/// Takes the newest entry of a handle out. @return the entry, or nothing
-std::optional<Entry> strike(Kind kind, const Handle& handle);
+/// Takes the newest entry of a handle out. @return the entry, or null
+std::unique_ptr<Entry> strike(Kind kind, const Handle& handle);
 
 /// Takes all entries of a kind out. @param thread  only those that it opened; no thread: all
 void strikeAll(Kind kind, std::thread::id thread = {});
