@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the project's own sources with the commands of the tidy lane. Silent when nothing is found.
+# Runs clang-tidy over the project's own sources with the commands of the tidy lane.
 set -euo pipefail
 
 usage() {
@@ -10,8 +10,11 @@ Checks the files given (default: every source that is compiled), headers of the 
 
   --since REV   only sources that changed since REV, and those that include a header that did
 
-Status: 0 nothing found, 1 something found. TIDY_SECONDS limits the time (default: no limit); files that are left
-over are then counted, and the status is that of the others.
+A file is looked at when its text, its compile command, a header that it includes or the configuration changed since
+a check that found nothing. The last line counts what was checked, unchanged, and left over.
+
+Status: 0 nothing found, 1 something found. TIDY_SECONDS limits the time (default: no limit); the status is then that of
+the files that were looked at.
 TEXT
 }
 
@@ -67,34 +70,8 @@ else
 fi
 ((${#selected[@]})) || exit 0
 
-results=$(mktemp -d)
-trap 'rm -rf "$results"' EXIT
-end=$(($(date +%s) + ${TIDY_SECONDS:-86400}))
-export results build end
-
-# shellcheck disable=SC2317  # run through xargs
-checkOne() {
-    local result
-    result=$results/${1//\//_}
-    if (($(date +%s) >= end)); then
-        touch "$result.left"
-    elif ! clang-tidy-14 --quiet -p "$build" "$1" >"$result.out" 2>"$result.err"; then
-        touch "$result.failed"
-    fi
-}
-export -f checkOne
-# shellcheck disable=SC2016  # expanded by the shell that xargs starts
-printf '%s\0' "${selected[@]}" | xargs -0 -P "$jobs" -n 1 bash -c 'checkOne "$1"' -
-
-shopt -s nullglob
-failed=("$results"/*.failed)
-left=("$results"/*.left)
-((${#left[@]} == 0)) || echo "tidy: no time left for ${#left[@]} of ${#selected[@]} files"
-((${#failed[@]})) || exit 0
-# A finding in a header shows once for each source that includes it: print each block once.
-for mark in "${failed[@]}"; do
-    cat "${mark%.failed}.out"
-    grep -E ': (fatal )?error: ' "${mark%.failed}.err" || :
-done | sed "s|$top/||g" | awk '/: (error|warning): /{show = !seen[$0]++} show || !NF'
-echo "tidy: ${#failed[@]} of ${#selected[@]} files have findings" >&2
-exit 1
+# What ships comes first: should the time not last, tests are left over.
+{
+    printf '%s\n' "${selected[@]}" | grep -v "^$top/Tests/" || :
+    printf '%s\n' "${selected[@]}" | grep "^$top/Tests/" || :
+} | "$top/scripts/tidy-files.py" --top "$top" --build "$build" --jobs "$jobs" --seconds "${TIDY_SECONDS:-0}"
