@@ -1,15 +1,13 @@
 #pragma once
 /// Whether the execution environment of this process runs.
-#include "Run.hpp"
-
 #include <atomic>
 
 namespace mox::host {
 
-enum class EnvironmentState { untold, running, ended };
+enum class EnvironmentState { ended, running };
 
 namespace detail {
-inline std::atomic<EnvironmentState> environmentState{EnvironmentState::untold};
+inline std::atomic<EnvironmentState> environmentState{EnvironmentState::ended};
 }
 
 /// For AaStartupEeStartup, and for AaStartupEeShutdown after its call-backs have returned.
@@ -17,11 +15,9 @@ inline void setEnvironmentState(EnvironmentState state) noexcept {
     detail::environmentState.store(state, std::memory_order_release);
 }
 
-/// Whether families that need the environment may be used; otherwise they answer "not started". A process that has not
-/// said anything yet may use them as soon as it belongs to a run. Any thread.
+/// Whether families that need the environment may be used; otherwise they answer "not started". Any thread.
 inline bool environmentRuns() noexcept {
-    const EnvironmentState state = detail::environmentState.load(std::memory_order_acquire);
-    return state == EnvironmentState::running || (state == EnvironmentState::untold && Run::current() != nullptr);
+    return detail::environmentState.load(std::memory_order_acquire) == EnvironmentState::running;
 }
 
 } // namespace mox::host

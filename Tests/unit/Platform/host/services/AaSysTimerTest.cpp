@@ -274,6 +274,8 @@ TEST_F(AaSysTimer, DeletesAllTimersAtShutDown) {
     EXPECT_EQ(host::Timers::instance().count(), 2U);
     AaStartupEeShutdown();
     EXPECT_EQ(host::Timers::instance().count(), 0U);
+    std::uint32_t id = 0;
+    EXPECT_EQ(AaSysTimercCreate(&id, 1, 0, countCall, nullptr, EAaSysTimePriority_Low), EAaSysTimerRetVal_NotStarted);
 }
 
 TEST_F(AaSysTimer, ServesAHundredThousandTimersEachOnceAndInOrder) {

@@ -60,14 +60,12 @@ protected:
         });
         ASSERT_EQ(AaConfigEarlyStartup(), 0);
         ASSERT_EQ(AaStartupEeStartup(), 0);
-        host::setEnvironmentState(host::EnvironmentState::running);
     }
 
     void TearDown() override {
         if (host::ManualClock::enabled())
             host::ManualClock::disable();
         AaStartupEeShutdown();
-        host::setEnvironmentState(host::EnvironmentState::ended);
         host::log::setCapture(nullptr);
     }
 
