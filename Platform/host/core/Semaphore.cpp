@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -42,18 +43,24 @@ int openFile(const char* name, std::uint32_t initialCount) {
         if (known >= 0 || errno != ENOENT) {
             return known >= 0 ? known : refused(name);
         }
-        const std::string draft = path + ".new" + std::to_string(getpid());
-        const int fd = ::open(draft.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        const std::uint64_t word = initialCount;
-        if (fd < 0 || ::write(fd, &word, sizeof(word)) != sizeof(word)) {
+        std::string draft = path + ".XXXXXX";
+        const int fd = mkostemp(draft.data(), O_CLOEXEC);
+        if (fd < 0) {
             return refused(name);
         }
-        const bool first = link(draft.c_str(), path.c_str()) == 0;
+        const std::uint64_t word = initialCount;
+        const bool complete = ::write(fd, &word, sizeof(word)) == sizeof(word) && fchmod(fd, 0666) == 0;
+        const bool first = complete && link(draft.c_str(), path.c_str()) == 0;
+        const int error = errno;
         ::unlink(draft.c_str());
         if (first) {
             return fd;
         }
         ::close(fd);
+        if (error != EEXIST) {
+            errno = error;
+            return refused(name);
+        }
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <pthread.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -18,6 +19,8 @@ struct SAaSem : mox::host::Semaphore {
 
 struct SAaSemReMutex {
     pthread_mutex_t mutex;
+    std::atomic<pthread_t> owner{}; ///< who holds it; asked by threads that may not hold it
+    unsigned depth = 0;             ///< how often, under the mutex
 };
 
 namespace mox::host {
@@ -124,7 +127,10 @@ EAaSemRetVal AaSemReMutexCreate(TAaSemReMutex* mutex) {
     pthread_mutexattr_init(&attributes);
     pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
     pthread_mutexattr_setprotocol(&attributes, PTHREAD_PRIO_INHERIT);
-    pthread_mutex_init(&(*mutex)->mutex, &attributes);
+    if (pthread_mutex_init(&(*mutex)->mutex, &attributes) != 0) { // some kernels cannot inherit priorities
+        pthread_mutexattr_setprotocol(&attributes, PTHREAD_PRIO_NONE);
+        pthread_mutex_init(&(*mutex)->mutex, &attributes);
+    }
     pthread_mutexattr_destroy(&attributes);
     return EAaSemRetVal_NoError;
 }
@@ -143,6 +149,8 @@ EAaSemRetVal AaSemReMutexTake(TAaSemReMutex mutex) {
         return EAaSemRetVal_InvalidValue;
     }
     pthread_mutex_lock(&mutex->mutex);
+    mutex->owner.store(pthread_self(), std::memory_order_relaxed);
+    ++mutex->depth;
     return EAaSemRetVal_NoError;
 }
 
@@ -150,7 +158,14 @@ EAaSemRetVal AaSemReMutexRelease(TAaSemReMutex mutex) {
     if (mutex == nullptr) {
         return EAaSemRetVal_InvalidValue;
     }
-    return pthread_mutex_unlock(&mutex->mutex) == 0 ? EAaSemRetVal_NoError : EAaSemRetVal_NotOwner;
+    if (mutex->owner.load(std::memory_order_relaxed) != pthread_self()) {
+        return EAaSemRetVal_NotOwner;
+    }
+    if (--mutex->depth == 0) {
+        mutex->owner.store(pthread_t{}, std::memory_order_relaxed);
+    }
+    pthread_mutex_unlock(&mutex->mutex);
+    return EAaSemRetVal_NoError;
 }
 
 } // namespace mox::host
