@@ -34,6 +34,8 @@ struct NoticeHeader {
 static_assert(sizeof(NoticeHeader) == 12, "processes of different builds share a run");
 
 constexpr std::uint32_t noticeMagic = 0x4E584F4D;
+/// Notices read before the other sockets are looked at.
+constexpr unsigned fairShare = 64;
 
 /// The notice thread and its queue, and who handles which topic.
 class Notices {
@@ -95,10 +97,10 @@ Notices& notices() {
     return *all;
 }
 
-/// Reads everything that other processes have told; on the reader thread.
+/// Reads what other processes have told; on the reader thread, which has other sockets to serve.
 void readNotices(int fd) {
     static auto* buffer = new std::array<char, sizeof(NoticeHeader) + maxNoticeBody>;
-    for (;;) {
+    for (unsigned i = 0; i < fairShare; ++i) {
         const ssize_t got = recv(fd, buffer->data(), buffer->size(), MSG_DONTWAIT | MSG_TRUNC);
         if (got < 0) {
             return;
@@ -119,14 +121,17 @@ void readNotices(int fd) {
     }
 }
 
-void openProcessSocket(const Run& run) {
+bool openProcessSocket(const Run& run) {
     const std::string name = socketName({SocketKey::Kind::process, run.node(), ownProcess().pid});
     const sockaddr_un address = addressIn(run.nodeFd(), name);
     const int fd = datagramSocket();
     unlinkat(run.nodeFd(), name.c_str(), 0);
     if (fd < 0 || bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
         logPlatform(4, "cannot open the process's socket %s: %s", name.c_str(), std::strerror(errno));
-        return;
+        if (fd >= 0) {
+            ::close(fd);
+        }
+        return false;
     }
     Reader::instance().addDescriptor(fd, [fd] { readNotices(fd); });
     atPlatformEnd([fd, name] {
@@ -134,6 +139,7 @@ void openProcessSocket(const Run& run) {
         ::close(fd);
         unlinkat(Run::current()->nodeFd(), name.c_str(), 0);
     });
+    return true;
 }
 
 } // namespace
@@ -167,10 +173,9 @@ void runOnNoticeThread(std::function<void()> function) {
     notices().post(std::move(function));
 }
 
-void startProcess() {
-    if (const Run* run = Run::current()) {
-        openProcessSocket(*run);
-    }
+bool startProcess() {
+    const Run* run = Run::current();
+    return run == nullptr || openProcessSocket(*run);
 }
 
 } // namespace mox::host

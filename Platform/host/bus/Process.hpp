@@ -47,6 +47,7 @@ void runOnNoticeThread(std::function<void()> function);
 
 /// Opens the process's socket and starts the notice thread; AaStartupEeStartup calls it. Without a run only
 /// runOnNoticeThread and notices to the own process work.
-void startProcess();
+/// @return false: the socket cannot be opened, which is logged
+bool startProcess();
 
 } // namespace mox::host

@@ -3,8 +3,9 @@
 #include "../bus/Process.hpp"
 #include "../core/Links.hpp"
 #include "../core/Registry.hpp"
+#include "../run/Environment.hpp"
 #include "../run/Lifecycle.hpp"
-#include "../run/Run.hpp"
+#include "AaConfigState.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -20,7 +21,7 @@ class Environment {
 public:
     int start() {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (Run::current() == nullptr) {
+        if (!config::started()) {
             return EAaStartupRetVal_NoConfig;
         }
         if (m_running) {
@@ -28,6 +29,11 @@ public:
         }
         m_running = true;
         return EAaStartupRetVal_NoError;
+    }
+
+    void cancelStart() {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_running = false;
     }
 
     /// @return whether it was running; its call-backs, newest first
@@ -72,13 +78,18 @@ void serveFullEndpoints(ProcessAddress, std::string_view body) {
 
 int AaStartupEeStartup() {
     const int result = environment().start();
-    if (result == EAaStartupRetVal_NoError) {
-        onNotice(Topic::drain, serveFullEndpoints);
-        startProcess();
-        atPlatformEnd([] { Registry::instance().removeAll(); });
-        atPlatformEnd(endLinks);
+    if (result != EAaStartupRetVal_NoError) {
+        return result;
     }
-    return result;
+    onNotice(Topic::drain, serveFullEndpoints);
+    if (!startProcess()) {
+        environment().cancelStart();
+        return EAaStartupRetVal_OutOfResources;
+    }
+    atPlatformEnd([] { Registry::instance().removeAll(); });
+    atPlatformEnd(endLinks);
+    setEnvironmentState(EnvironmentState::running);
+    return EAaStartupRetVal_NoError;
 }
 
 int AaStartupEeShutdown() {
@@ -89,6 +100,7 @@ int AaStartupEeShutdown() {
     for (const TAaStartupShutdownCb callback : callbacks) {
         callback();
     }
+    setEnvironmentState(EnvironmentState::ended);
     endPlatform();
     return EAaStartupRetVal_NoError;
 }

@@ -42,7 +42,7 @@ typedef void* (*TAaProEuEntry)(void* argument);
 /// @param[out] euId      the new EU's id, stored before the EU runs; unchanged unless the result is 0. May be null.
 /// @param name           1 to 63 characters; the operating system shows the first 15
 /// @param stackSize      bytes; raised to what the platform needs
-/// @param priority       1 (lowest) to 99
+/// @param priority       1 (lowest) to 99; 0 counts as 1
 /// @param argument       block of `argumentSize` bytes (0 to 4096) that is copied for the EU; null only with size 0
 /// @param wait           1: return only after the EU's function has returned; 0: return at once
 /// @return EAaProEuRetVal 0, 1, 2, 3
