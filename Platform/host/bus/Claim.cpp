@@ -22,7 +22,8 @@ class NodeLock {
 public:
     explicit NodeLock(const Run& run) : m_fd(openat(run.nodeFd(), "lock", O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
         if (m_fd >= 0) {
-            flock(m_fd, LOCK_EX);
+            while (flock(m_fd, LOCK_EX) != 0 && errno == EINTR) {
+            }
         }
     }
     ~NodeLock() {

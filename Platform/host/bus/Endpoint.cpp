@@ -1,6 +1,7 @@
 #include "Endpoint.hpp"
 
 #include "../core/Inbox.hpp"
+#include "../core/Send.hpp"
 #include "BadDatagrams.hpp"
 #include "Reader.hpp"
 
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <memory>
 
@@ -42,12 +44,19 @@ bool Endpoint::isWellFormed(const std::uint8_t* datagram, std::size_t wireSize) 
         dropBadDatagram("longer than any message");
     } else if (wireSize != sizeof(header) + Message::bodySize(header)) {
         dropBadDatagram("its length is not what its header says");
-    } else if ((header.receiver & 0xFFFFU) != (m_sicad & 0xFFFFU)) {
+    } else if (!isForHere(header.receiver)) {
         dropBadDatagram("its receiver is not the address that it was sent to");
     } else {
         return true;
     }
     return false;
+}
+
+/// Messages to other nodes come to an endpoint that relays them.
+bool Endpoint::isForHere(std::uint32_t receiver) const {
+    const std::uint32_t node = receiver >> 16U;
+    const bool toOwnNode = node == m_sicad >> 16U || node == 0 || node == localNode;
+    return !toOwnNode || (receiver & 0xFFFFU) == (m_sicad & 0xFFFFU);
 }
 
 Message* Endpoint::readOne() {
@@ -68,24 +77,50 @@ Message* Endpoint::readOne() {
             return nullptr;
         }
         std::memcpy(message->handle(), buffer.data(), wireSize);
-        message->fromSocket = true;
+        message->from = Message::From::ownersRead;
         return message;
     }
 }
 
-Message* Endpoint::read() {
+bool Endpoint::readForOwner() {
     const std::lock_guard<std::mutex> lock(m_readMutex);
-    return readOne();
+    Message* message = m_shutDown ? nullptr : readOne();
+    if (message != nullptr) {
+        m_inbox.queueRead(message);
+    }
+    return message != nullptr;
 }
 
 bool Endpoint::moveToInbox(unsigned most) {
     const std::lock_guard<std::mutex> lock(m_readMutex);
+    if (m_shutDown) {
+        return true;
+    }
+    if (m_inbox.isOverfull()) {
+        pause();
+        return true;
+    }
+    return moveLocked(most);
+}
+
+/// The socket fills up, and its senders are told so. Whoever comes second, this thread or the owner who makes room,
+/// has the reader thread go on.
+void Endpoint::pause() {
+    const std::lock_guard<std::mutex> lock(m_watchMutex);
+    Reader::instance().watch(*this, false);
+    if (!m_inbox.notePause()) {
+        Reader::instance().watch(*this, true);
+    }
+}
+
+bool Endpoint::moveLocked(unsigned most) {
     for (unsigned i = 0; i < most; ++i) {
         Message* message = readOne();
         if (message == nullptr) {
             return errno != ENOMEM;
         }
-        if (!m_inbox.push(message)) {
+        message->from = Message::From::readerThread;
+        if (!m_inbox.pushRead(message)) {
             Message::release(message);
         }
     }
@@ -93,17 +128,22 @@ bool Endpoint::moveToInbox(unsigned most) {
 }
 
 void Endpoint::letReaderThreadRead(bool watch) {
+    const std::lock_guard<std::mutex> lock(m_watchMutex);
     m_servedWhileFull.store(false, std::memory_order_relaxed);
     Reader::instance().watch(*this, watch);
 }
 
 void Endpoint::serveFullSocket() {
+    const std::lock_guard<std::mutex> lock(m_watchMutex);
     m_servedWhileFull.store(true, std::memory_order_relaxed);
     Reader::instance().watch(*this, true);
 }
 
-void Endpoint::shutDown() const {
+void Endpoint::shutDown() {
+    const std::lock_guard<std::mutex> lock(m_readMutex);
     shutdown(m_fd, SHUT_RDWR);
+    moveLocked(UINT_MAX);
+    m_shutDown = true;
 }
 
 } // namespace mox::host

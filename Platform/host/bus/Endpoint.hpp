@@ -24,9 +24,9 @@ public:
     std::uint32_t sicad() const { return m_sicad; }
     int fd() const { return m_fd; }
 
-    /// The next well-formed message in the socket, or null when there is none or no memory for it. Any thread, but the
-    /// owner only while it reads itself.
-    Message* read();
+    /// Owner only. Moves the next well-formed message in the socket to the owner's queue.
+    /// @return false: there is none, or no memory for it
+    bool readForOwner();
 
     /// What the reader thread does when the socket is readable: moves up to `most` messages to the inbox.
     /// @return false: there was no memory left for messages
@@ -43,18 +43,24 @@ public:
     /// A sender finds the socket full: the reader thread reads until the owner waits again. Any thread.
     void serveFullSocket();
 
-    /// Refuses further datagrams; those that are queued are lost.
-    void shutDown() const;
+    /// Refuses further datagrams, and moves those that have been sent to the inbox. Nothing is moved there afterwards,
+    /// because the inbox may soon be somebody else's. Any thread.
+    void shutDown();
 
 private:
     Message* readOne();
+    bool moveLocked(unsigned most);
+    void pause();
+    bool isForHere(std::uint32_t receiver) const;
     bool isWellFormed(const std::uint8_t* datagram, std::size_t wireSize) const;
 
     const std::uint32_t m_sicad;
     const int m_fd;
     Inbox& m_inbox;
     std::atomic<bool> m_servedWhileFull{false};
-    std::mutex m_readMutex; ///< a datagram is read and queued in one step, so that the order of a sender is kept
+    std::mutex m_watchMutex; ///< m_servedWhileFull and what the reader thread does change together
+    std::mutex m_readMutex;  ///< a datagram is read and queued in one step, so that the order of a sender is kept
+    bool m_shutDown = false; ///< under m_readMutex
 };
 
 } // namespace mox::host

@@ -21,6 +21,8 @@ namespace {
 /// How long the kernel waits for room before the receiver's process is asked to make some.
 constexpr suseconds_t patienceUs = 5000;
 constexpr std::uint64_t fullLimitNs = 2'000'000'000;
+/// Partners come and go, and nothing tells that one is not needed any more.
+constexpr std::size_t mostConnections = 256;
 
 /// One connected socket; closed when the last sender lets go.
 struct Connection {
@@ -65,6 +67,9 @@ public:
         ConnectionPtr connection = connectTo(run, to);
         if (connection) {
             const std::unique_lock<std::shared_mutex> lock(m_mutex);
+            if (m_open.size() >= mostConnections) {
+                m_open.clear(); // whoever sends just now keeps its own; those that are needed come back
+            }
             return m_open.emplace(to.packed(), connection).first->second;
         }
         return nullptr;

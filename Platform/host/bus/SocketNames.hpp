@@ -39,7 +39,7 @@ sockaddr_un addressIn(int directory, const std::string& name);
 /// A non-blocking-receive datagram socket. @return descriptor, or -1 with errno
 int datagramSocket();
 
-/// Whether somebody receives under this name.
+/// Whether somebody receives under this name; true also when that cannot be found out.
 bool isAlive(int directory, const std::string& name);
 
 /// The process that has registered an endpoint; 0: nobody

@@ -163,6 +163,14 @@ Inbox& Eu::makeInbox() {
     return *m_inbox;
 }
 
+void Eu::addRegistration(std::uint16_t cpid) {
+    const auto hasEnded = [this, cpid](std::uint16_t known) {
+        return known == cpid || Registry::instance().find(known) != m_inbox;
+    };
+    m_cpids.erase(std::remove_if(m_cpids.begin(), m_cpids.end(), hasEnded), m_cpids.end());
+    m_cpids.push_back(cpid);
+}
+
 std::uint32_t Eu::address() const {
     for (const std::uint16_t cpid : m_cpids) {
         if (Registry::instance().find(cpid) == m_inbox) {

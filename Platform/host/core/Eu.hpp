@@ -29,12 +29,13 @@ public:
     Inbox& makeInbox();
     /// Address of the first registration that still stands, 0 for none: the sender of what this thread sends.
     std::uint32_t address() const;
-    void addRegistration(std::uint16_t cpid) { m_cpids.push_back(cpid); }
+    /// Notes the newest registration.
+    void addRegistration(std::uint16_t cpid);
 
 private:
     const std::uint32_t m_id;
     Inbox* m_inbox = nullptr;
-    std::vector<std::uint16_t> m_cpids; ///< in order of registration; some may have been deregistered by others
+    std::vector<std::uint16_t> m_cpids; ///< in order of registration; some may have ended
 };
 
 /// What an execution unit is made with.

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <deque>
 
 namespace mox::host {
 
@@ -16,16 +17,19 @@ namespace {
 /// Messages in a row from the other kind of sender after which the owner changes the way in which it sleeps. Small,
 /// so that a new pattern of traffic is fast soon; above 1, because a change costs a system call for each socket.
 constexpr unsigned changeSleepAfter = 4;
+constexpr std::size_t restingInboxes = 64;
 
+/// Inboxes that wait to be used again, the longest first, and not soon: a sender that has looked one up and is held up
+/// before it pushes would reach the next owner.
 class FreeInboxes {
 public:
     Inbox* take() {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_free.empty()) {
+        if (m_free.size() < restingInboxes) {
             return nullptr;
         }
-        Inbox* inbox = m_free.back();
-        m_free.pop_back();
+        Inbox* inbox = m_free.front();
+        m_free.pop_front();
         return inbox;
     }
     void put(Inbox* inbox) {
@@ -35,7 +39,7 @@ public:
 
 private:
     std::mutex m_mutex;
-    std::vector<Inbox*> m_free;
+    std::deque<Inbox*> m_free;
 };
 
 FreeInboxes& freeInboxes() {
@@ -57,6 +61,8 @@ Inbox* Inbox::acquire() {
     inbox->m_wait = AdaptiveWait{};
     inbox->m_sleep = Sleep::onFutex;
     inbox->m_otherSource = 0;
+    inbox->m_backlog.store(0);
+    inbox->m_paused.store(false);
     inbox->m_pushed.store(nullptr, std::memory_order_release);
     return inbox;
 }
@@ -94,6 +100,39 @@ bool Inbox::push(Message* message) {
     return true;
 }
 
+bool Inbox::pushRead(Message* message) {
+    const std::size_t bytes = message->capacity;
+    m_backlog.fetch_add(bytes);
+    if (push(message)) {
+        return true;
+    }
+    m_backlog.fetch_sub(bytes);
+    return false;
+}
+
+bool Inbox::notePause() {
+    m_paused.store(true);
+    return m_backlog.load() > mostBacklog / 2;
+}
+
+void Inbox::noteTaken(const Message& message) {
+    if (message.from != Message::From::readerThread) {
+        return;
+    }
+    const std::size_t left = m_backlog.fetch_sub(message.capacity) - message.capacity;
+    if (left <= mostBacklog / 2 && m_paused.load()) {
+        endPause();
+    }
+}
+
+void Inbox::endPause() {
+    m_paused.store(false);
+    refreshEndpoints();
+    for (const auto& endpoint : m_polledEndpoints) {
+        endpoint->letReaderThreadRead(m_sleep == Sleep::onFutex);
+    }
+}
+
 void Inbox::wakeFromPoll() const {
     const std::uint64_t one = 1;
     const auto written = ::write(m_wakeFd.load(std::memory_order_acquire), &one, sizeof(one));
@@ -106,6 +145,7 @@ Message* Inbox::popFront() {
     if (m_first == nullptr) {
         m_last = nullptr;
     }
+    noteTaken(*message);
     return message;
 }
 
@@ -115,13 +155,14 @@ void Inbox::append(Message* message) {
     m_last = message;
 }
 
-bool Inbox::collectPushed() {
+/// Moves new messages to the owner's list. @return the oldest of them, or null
+Message* Inbox::movePushed() {
     if (m_pushed.load(std::memory_order_relaxed) == nullptr) {
-        return false;
+        return nullptr;
     }
     Message* newest = m_pushed.exchange(nullptr, std::memory_order_acquire);
     if (isMark(newest)) {
-        return false;
+        return nullptr;
     }
     Message* oldest = nullptr;
     for (Message* message = newest; message != nullptr;) {
@@ -132,18 +173,30 @@ bool Inbox::collectPushed() {
     }
     (m_last != nullptr ? m_last->next : m_first) = oldest;
     m_last = newest;
-    noteSource(oldest->fromSocket);
-    return true;
+    return oldest;
+}
+
+bool Inbox::collectPushed() {
+    const Message* oldest = movePushed();
+    if (oldest != nullptr) {
+        noteSource(oldest->from != Message::From::thisProcess);
+    }
+    return oldest != nullptr;
+}
+
+void Inbox::queueRead(Message* message) {
+    movePushed();
+    append(message);
 }
 
 bool Inbox::readSockets() {
     refreshEndpoints();
     for (const auto& endpoint : m_polledEndpoints) {
-        endpoint->takeBackFromReaderThread();
-        if (Message* message = endpoint->read()) {
-            collectPushed(); // what the reader thread took from this socket came before it
-            append(message);
-            noteSource(true);
+        if (m_sleep == Sleep::inPoll) {
+            endpoint->takeBackFromReaderThread();
+        }
+        if (endpoint->readForOwner()) {
+            noteSource(true); // not before: it may change the list of endpoints
             return true;
         }
     }
@@ -170,7 +223,7 @@ void Inbox::setSleep(Sleep sleep) {
 
 Message* Inbox::take(std::int32_t timeoutUs) {
     if (m_first == nullptr) {
-        const bool any = timeoutUs == 0 ? collect() : waitForMore(deadlineOf(timeoutUs));
+        const bool any = timeoutUs == 0 ? collectNow() : waitForMore(deadlineOf(timeoutUs));
         if (!any) {
             return nullptr;
         }
@@ -190,11 +243,13 @@ Message* Inbox::takeSelective(std::int32_t timeoutUs, const std::uint16_t* ids, 
                 if (m_last == message) {
                     m_last = before;
                 }
+                noteTaken(*message);
                 return message;
             }
             before = message;
         }
-        if (timeoutUs == 0 || !waitForMore(deadline)) {
+        const bool more = timeoutUs == 0 ? collectNow() : waitForMore(deadline);
+        if (!more) {
             return nullptr;
         }
     }

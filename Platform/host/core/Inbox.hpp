@@ -41,6 +41,18 @@ public:
     void attach(const std::shared_ptr<Endpoint>& endpoint);
     /// Any thread. Ends attach().
     void detach(const Endpoint* endpoint);
+    /// Reader thread only: queues what it has read.
+    /// @return false: closed, and the message is still the caller's
+    bool pushRead(Message* message);
+    /// Whether so much has been read for an owner who does not receive that the rest must wait in the sockets. Any
+    /// thread.
+    bool isOverfull() const { return m_backlog.load() >= mostBacklog; }
+    /// Reader thread only: the reader thread has left a socket alone. The owner takes it up again.
+    /// @return false: there is room meanwhile, so nobody would
+    bool notePause();
+    /// Owner only, called by the endpoint that it reads: queues what was read behind what others took from there
+    /// before.
+    void queueRead(Message* message);
 
     /// Owner only. Never stay awake while waiting.
     void forbidStayingAwake() { m_wait.forbid(); }
@@ -56,9 +68,16 @@ private:
     static Message* closed() { return reinterpret_cast<Message*>(std::uintptr_t{3}); }
     static bool isMark(const Message* top) { return reinterpret_cast<std::uintptr_t>(top) <= 3; }
 
+    /// Bytes of messages read for an owner who does not receive.
+    static constexpr std::size_t mostBacklog = std::size_t{32} << 20;
+
     Message* popFront();
+    void noteTaken(const Message& message);
+    void endPause();
     void append(Message* message);
+    Message* movePushed();
     bool collectPushed();
+    bool collectNow() { return collectPushed() || readSockets(); }
     bool readSockets();
     bool collect() { return collectPushed() || (m_sleep == Sleep::inPoll && readSockets()); }
     bool waitForMore(std::uint64_t deadlineNs);
@@ -77,6 +96,9 @@ private:
     alignas(64) std::atomic<std::int32_t> m_gate{0};     ///< the futex
     std::atomic<int> m_wakerCore{-1};                    ///< where the sender ran that opened the gate
     std::atomic<int> m_wakeFd{-1};                       ///< eventfd, made with the first endpoint
+
+    std::atomic<std::size_t> m_backlog{0}; ///< bytes that the reader thread has queued
+    std::atomic<bool> m_paused{false};     ///< whether the reader thread has left a socket alone
 
     Message* m_first = nullptr; ///< the owner's own list, in order
     Message* m_last = nullptr;

@@ -10,10 +10,13 @@ namespace mox::host {
 
 /// The block around a message. Owned by whoever holds the handle; next belongs to the queue that holds it.
 struct alignas(16) Message {
+    /// How a message has come into a queue: sent by this process, or from another and read by the owner or for it.
+    enum class From : std::uint8_t { thisProcess, ownersRead, readerThread };
+
     Message* next;
     std::uint32_t capacity; ///< bytes behind the header
     std::uint8_t poolClass;
-    bool fromSocket;    ///< came from another process
+    From from;
     std::uint16_t mark; ///< tells a live message from a destroyed one
     alignas(16) SAaSysComMsgHeader header;
 

@@ -34,28 +34,51 @@ struct Batch {
     unsigned count = 0;
 };
 
-/// Batches of free blocks that threads have given back. `next` links the blocks of a batch, the link of batches lies
-/// in the first block's body, which a free block does not use.
+/// Bytes of all blocks outside the common store. What is free there does not count: it serves only messages of its own
+/// size, and must not keep others from being made.
+std::atomic<std::size_t>& bytesInUse() {
+    static std::atomic<std::size_t> bytes{0};
+    return bytes;
+}
+
+/// @return false: that would be more than a process may hold
+bool reserve(std::size_t bytes) {
+    if (bytesInUse().fetch_add(bytes, std::memory_order_relaxed) + bytes <= memoryLimit) {
+        return true;
+    }
+    bytesInUse().fetch_sub(bytes, std::memory_order_relaxed);
+    return false;
+}
+
+std::size_t bytesOf(const Batch& batch) {
+    return batch.count * (sizeof(Message) + batch.first->capacity);
+}
+
+/// Batches of free blocks that threads have given back. `next` links the blocks of a batch; the batch that follows is
+/// noted in the first block's body, which a free block does not use.
 class Common {
 public:
     void put(Batch batch) {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        linkOf(batch.first) = m_first;
-        m_first = batch.first;
+        bytesInUse().fetch_sub(bytesOf(batch), std::memory_order_relaxed);
+        following(batch) = m_first;
+        m_first = batch;
     }
-    Message* take() {
+    /// @return the batch; empty: none is there, or the process holds as much as it may
+    Batch take() {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        Message* batch = m_first;
-        if (batch != nullptr) {
-            m_first = linkOf(batch);
+        const Batch batch = m_first;
+        if (batch.first == nullptr || !reserve(bytesOf(batch))) {
+            return {};
         }
+        m_first = following(batch);
         return batch;
     }
 
 private:
-    static Message*& linkOf(Message* block) { return *reinterpret_cast<Message**>(block->payload()); }
+    static Batch& following(const Batch& batch) { return *reinterpret_cast<Batch*>(batch.first->payload()); }
     std::mutex m_mutex;
-    Message* m_first = nullptr;
+    Batch m_first;
 };
 
 std::array<Common, capacities.size()>& common() {
@@ -63,14 +86,9 @@ std::array<Common, capacities.size()>& common() {
     return *stores;
 }
 
-std::atomic<std::size_t>& bytesInUse() {
-    static std::atomic<std::size_t> bytes{0};
-    return bytes;
-}
-
 void poison(Message* block) {
 #ifdef MOX_POISONS_MEMORY
-    constexpr std::size_t linkSize = sizeof(Message*); // of batches, in the first block
+    constexpr std::size_t linkSize = sizeof(Batch); // the batch that follows, in the first block
     ASAN_POISON_MEMORY_REGION(block->payload() + linkSize, block->capacity - linkSize);
 #else
     (void)block;
@@ -90,12 +108,12 @@ Batch newBatch(unsigned poolClass) {
     const std::size_t blockSize = sizeof(Message) + capacities[poolClass];
     const unsigned count = batchSizes[poolClass];
     const std::size_t bytes = blockSize * count;
-    if (bytesInUse().fetch_add(bytes, std::memory_order_relaxed) + bytes > memoryLimit) {
-        bytesInUse().fetch_sub(bytes, std::memory_order_relaxed);
+    if (!reserve(bytes)) {
         return {};
     }
     auto* memory = static_cast<std::uint8_t*>(::operator new (bytes, std::align_val_t{alignof(Message)}, std::nothrow));
     if (memory == nullptr) {
+        bytesInUse().fetch_sub(bytes, std::memory_order_relaxed);
         return {};
     }
     Batch batch;
@@ -112,11 +130,16 @@ Batch newBatch(unsigned poolClass) {
     return batch;
 }
 
+/// Whether the calling thread's free blocks are gone already: other objects of an ending thread may still release
+/// messages.
+thread_local bool t_cacheEnded = false;
+
 /// A thread's own free blocks: creating and destroying a message touches nothing shared, except once in a batch.
 /// Two batches are kept, so that a thread that alternates at a batch's edge does not move it to and fro.
 class ThreadCache {
 public:
     ~ThreadCache() {
+        t_cacheEnded = true;
         for (unsigned c = 0; c < capacities.size(); ++c) {
             for (Batch& batch : m_batches[c]) {
                 if (batch.first != nullptr) {
@@ -162,8 +185,8 @@ public:
 
 private:
     static Batch refill(unsigned c) {
-        Message* used = common()[c].take();
-        return used != nullptr ? Batch{used, batchSizes[c]} : newBatch(c);
+        const Batch used = common()[c].take();
+        return used.first != nullptr ? used : newBatch(c);
     }
 
     std::array<std::array<Batch, 2>, capacities.size()> m_batches;
@@ -197,17 +220,22 @@ Message* Message::allocate(std::uint32_t capacity) {
     if (capacity > capacities.back()) {
         return nullptr;
     }
-    Message* block = threadCache().take(classFor(capacity));
+    Message* block = t_cacheEnded ? nullptr : threadCache().take(classFor(capacity));
     if (block != nullptr) {
         block->mark = live;
         block->next = nullptr;
-        block->fromSocket = false;
+        block->from = Message::From::thisProcess;
     }
     return block;
 }
 
 void Message::release(Message* message) {
     message->mark = dead;
+    if (t_cacheEnded) {
+        message->next = nullptr;
+        common()[message->poolClass].put({message, 1});
+        return;
+    }
     threadCache().put(message);
 }
 

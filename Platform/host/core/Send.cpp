@@ -1,6 +1,7 @@
 #include "Send.hpp"
 
 #include "../bus/Outbox.hpp"
+#include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
 #include "Inbox.hpp"
 #include "Registry.hpp"
@@ -61,6 +62,10 @@ EAaSysComRetVal resultOf(Delivery delivery) {
 EAaSysComRetVal sendOutside(const Run& run, Message* message, std::uint16_t node, std::uint16_t cpid) {
     const iovec whole{message->handle(), message->wireSize()};
     const Delivery delivery = deliver(run, {SocketKey::Kind::endpoint, node, cpid}, &whole, 1);
+    if (delivery == Delivery::full) {
+        logPlatform(3, "message 0x%04X from 0x%08X: receiver 0x%08X is full", message->header.id,
+                    message->header.sender, message->header.receiver);
+    }
     Message::release(message);
     return resultOf(delivery);
 }
@@ -68,6 +73,19 @@ EAaSysComRetVal sendOutside(const Run& run, Message* message, std::uint16_t node
 EAaSysComRetVal dropped(Message* message, EAaSysComRetVal result) {
     Message::release(message);
     return result;
+}
+
+EAaSysComRetVal sendTo(const Run* run, Message* message, std::uint16_t node, std::uint16_t cpid) {
+    const std::uint16_t own = run != nullptr ? run->node() : std::uint16_t{0};
+    const bool isOwn = node == own || node == 0 || node == localNode;
+    Inbox* inbox = isOwn ? Registry::instance().find(cpid) : nullptr;
+    if (inbox != nullptr && inbox->push(message)) {
+        return EAaSysComRetVal_NoError;
+    }
+    if (run == nullptr) {
+        return dropped(message, isOwn ? EAaSysComRetVal_NoReceiver : EAaSysComRetVal_NoRun);
+    }
+    return sendOutside(*run, message, isOwn ? own : node, cpid);
 }
 
 } // namespace
@@ -78,27 +96,13 @@ void setHop(std::uint16_t node, std::uint32_t via) {
 
 EAaSysComRetVal sendMessage(Message* message) {
     const Run* run = Run::current();
-    const std::uint16_t own = run != nullptr ? run->node() : std::uint16_t{0};
-    auto node = static_cast<std::uint16_t>(message->header.receiver >> 16U);
+    const auto node = static_cast<std::uint16_t>(message->header.receiver >> 16U);
     const auto cpid = static_cast<std::uint16_t>(message->header.receiver);
-    message->fromSocket = false;
-    if (node == own || node == 0 || node == localNode) {
-        Inbox* inbox = Registry::instance().find(cpid);
-        if (inbox != nullptr && inbox->push(message)) {
-            return EAaSysComRetVal_NoError;
-        }
-        if (run == nullptr) {
-            return dropped(message, EAaSysComRetVal_NoReceiver);
-        }
-        return sendOutside(*run, message, own, cpid);
-    }
-    if (run == nullptr) {
-        return dropped(message, EAaSysComRetVal_NoRun);
-    }
+    message->from = Message::From::thisProcess;
     if (const std::uint32_t via = hops().of(node)) {
-        return sendOutside(*run, message, static_cast<std::uint16_t>(via >> 16U), static_cast<std::uint16_t>(via));
+        return sendTo(run, message, static_cast<std::uint16_t>(via >> 16U), static_cast<std::uint16_t>(via));
     }
-    return sendOutside(*run, message, node, cpid);
+    return sendTo(run, message, node, cpid);
 }
 
 } // namespace mox::host

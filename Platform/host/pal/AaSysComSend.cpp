@@ -17,16 +17,21 @@ EAaSysComRetVal sendFrom(void* msg, std::uint32_t sender) {
     return sendMessage(message);
 }
 
-Inbox* inboxOfCaller(const char* function) {
-    Inbox* inbox = Eu::current().inbox();
-    if (inbox == nullptr) {
-        logPlatform(4, "%s: execution unit %u has no registration", function, Eu::current().id());
+/// What `take` finds in the caller's queue within a time limit. An execution unit whose registrations have ended gets
+/// what is queued, and then does not wait: nothing can come any more.
+template <class Take>
+void* receive(const char* function, std::int32_t timeoutUs, Take&& take) {
+    const Eu& eu = Eu::current();
+    const bool registered = eu.address() != 0;
+    Message* message = eu.inbox() != nullptr ? take(*eu.inbox(), registered ? timeoutUs : 0) : nullptr;
+    if (message == nullptr && !registered) {
+        logPlatform(4, "%s: execution unit %u has no registration", function, eu.id());
     }
-    return inbox;
+    return message != nullptr ? message->handle() : nullptr;
 }
 
-void* handleOf(Message* message) {
-    return message != nullptr ? message->handle() : nullptr;
+Message* takeAny(Inbox& inbox, std::int32_t timeoutUs) {
+    return inbox.take(timeoutUs);
 }
 
 } // namespace
@@ -55,19 +60,17 @@ EAaSysComRetVal AaSysComMsgRelay(void* msg, std::uint32_t receiver) {
 
 void* AaSysComMsgReceive(std::int32_t timeoutUs, std::uint32_t option) {
     static_cast<void>(option);
-    Inbox* inbox = inboxOfCaller("AaSysComMsgReceive");
-    return inbox != nullptr ? handleOf(inbox->take(timeoutUs)) : nullptr;
+    return receive("AaSysComMsgReceive", timeoutUs, takeAny);
 }
 
 void* AaSysComMsgReceiveSelective(std::int32_t timeoutUs, const std::uint16_t* filter) {
-    Inbox* inbox = inboxOfCaller("AaSysComMsgReceiveSelective");
-    if (inbox == nullptr) {
-        return nullptr;
-    }
+    constexpr const char* self = "AaSysComMsgReceiveSelective";
     if (filter == nullptr || filter[0] == 0) {
-        return handleOf(inbox->take(timeoutUs));
+        return receive(self, timeoutUs, takeAny);
     }
-    return handleOf(inbox->takeSelective(timeoutUs, filter + 1, filter[0]));
+    return receive(self, timeoutUs, [filter](Inbox& inbox, std::int32_t limitUs) {
+        return inbox.takeSelective(limitUs, filter + 1, filter[0]);
+    });
 }
 
 } // namespace mox::host

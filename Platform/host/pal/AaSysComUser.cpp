@@ -99,7 +99,7 @@ EAaSysComRetVal AaSysComUserDeregister(std::uint16_t cpid) {
 }
 
 EAaSysComRetVal AaSysComHopRegister(std::uint16_t nid, std::uint32_t via) {
-    if (nid == 0 || nid == host::AaSysComGetOwnNid()) {
+    if (nid == 0 || nid == localNode || nid == host::AaSysComGetOwnNid()) {
         return EAaSysComRetVal_InvalidValue;
     }
     setHop(nid, via);
