@@ -22,10 +22,7 @@ namespace {
 /// Room for the largest datagram and one byte more, which tells a longer one. Only the pages that are used are there.
 using ReadBuffer = std::array<std::uint8_t, maxWireSize + 1>;
 
-ReadBuffer& readBuffer() {
-    thread_local const std::unique_ptr<ReadBuffer> buffer(new ReadBuffer);
-    return *buffer;
-}
+thread_local const std::unique_ptr<ReadBuffer> t_readBuffer(new ReadBuffer);
 
 } // namespace
 
@@ -60,7 +57,7 @@ bool Endpoint::isForHere(std::uint32_t receiver) const {
 }
 
 Message* Endpoint::readOne() {
-    ReadBuffer& buffer = readBuffer();
+    ReadBuffer& buffer = *t_readBuffer;
     for (;;) {
         const ssize_t got = recv(m_fd, buffer.data(), buffer.size(), MSG_DONTWAIT);
         if (got < 0) {

@@ -50,7 +50,7 @@ void Reader::remove(const Endpoint& endpoint) {
     }
 }
 
-void Reader::watch(const Endpoint& endpoint, bool on) {
+void Reader::watch(const Endpoint& endpoint, bool on) const {
     epoll_event event{};
     event.events = on ? static_cast<std::uint32_t>(EPOLLIN) : 0U;
     event.data.fd = endpoint.fd();

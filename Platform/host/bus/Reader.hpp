@@ -19,7 +19,7 @@ public:
     void add(const std::shared_ptr<Endpoint>& endpoint);
     void remove(const Endpoint& endpoint);
     /// Begins or ends watching a known endpoint.
-    void watch(const Endpoint& endpoint, bool on);
+    void watch(const Endpoint& endpoint, bool on) const;
 
     /// Watches any other descriptor; `readable` runs on the reader thread and must not block.
     void addDescriptor(int fd, std::function<void()> readable);

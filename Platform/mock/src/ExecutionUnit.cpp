@@ -60,7 +60,7 @@ createWatched(const char* creator, const char* name, TAaProEuEntry entry, const 
     start->handle = handleOf(word(start.get()));
     start->hasArgument = argumentSize != 0;
     start->argument.resize((argumentSize + sizeof(std::max_align_t) - 1) / sizeof(std::max_align_t));
-    if (start->hasArgument)
+    if (argumentSize != 0)
         std::memcpy(start->argument.data(), argument, argumentSize);
     const Handle handle = start->handle;
     enterUnit(creator, name, handle);
