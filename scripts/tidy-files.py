@@ -9,6 +9,7 @@ Prints the findings, then how many files were checked, unchanged and left over. 
 """
 import argparse
 import concurrent.futures
+import functools
 import hashlib
 import json
 import os
@@ -48,17 +49,28 @@ def includedBy(entry):
     return sorted({os.path.normpath(os.path.join(entry["directory"], name)) for name in names})
 
 
+@functools.lru_cache(maxsize=None)
+def configurationIn(folder):
+    file = folder / ".clang-tidy"
+    return file.read_text(encoding="utf-8") if file.is_file() else ""
+
+
+def configurationOf(source):
+    """A folder's configuration adds to those of the folders above it."""
+    return "".join(configurationIn(folder) for folder in pathlib.Path(source).parents)
+
+
 class Memory:
     """Checks that found nothing: a JSON file a compile command, with the contents that were looked at."""
 
     def __init__(self, top, folder):
         self.top, self.folder = str(top), folder
         version = subprocess.run([TIDY, "--version"], check=True, capture_output=True, text=True).stdout
-        self.common = version + (top / ".clang-tidy").read_text(encoding="utf-8")
+        self.version = version
         folder.mkdir(parents=True, exist_ok=True)
 
     def _fileOf(self, entry):
-        text = (self.common + entry["command"] + entry["file"]).replace(self.top, "")
+        text = self.version + configurationOf(entry["file"]) + (entry["command"] + entry["file"]).replace(self.top, "")
         return self.folder / (hashlib.sha256(text.encode()).hexdigest() + ".json")
 
     def _read(self, entry):
