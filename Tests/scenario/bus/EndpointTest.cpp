@@ -105,6 +105,9 @@ TEST(EndpointThatIsRefused, LeavesItsEuWithoutQueue) {
 }
 
 TEST(EndpointOfALivingProcess, StaysItsOwnWhenAnotherHasNoDescriptorsLeft) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the checks for undefined behaviour need descriptors of their own";
+#endif
     const TestRun run;
     Peer server(run);
     Peer poor(run);

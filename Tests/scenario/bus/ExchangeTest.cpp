@@ -118,18 +118,21 @@ TEST_F(ExchangeBetweenProcesses, FindsWithoutWaitingWhatCameWhileItsOwnProcessWa
 }
 
 TEST_F(ExchangeBetweenProcesses, KeepsTimeLimitsInBothWaysToSleep) {
-    for (const std::string& burst : {"send " + toServer + " 1 4 50", std::string("node")}) {
-        server.ask(burst);
-        for (std::string got = "id"; got != "none";)
-            got = server.ask("receive 0");
-        for (int i = 0; i < 20; ++i)
-            client.ask("send " + toServer + " 1 4");
-        EXPECT_EQ(server.ask("collect 1 10000000").substr(0, 3), "all");
-        for (std::string got = "id"; got != "none";)
-            got = server.ask("receive 20000");
-        server.start("receive -1");
-        client.ask("send " + toServer + " 9 4");
-        EXPECT_THAT(server.answer(), StartsWith("id 9 "));
+    for (Peer* sender : {&server, &client, &server}) {
+        ASSERT_THAT(sender->ask("send " + toServer + " 1 4 50"), StartsWith("50 0 ")); // decides how the server sleeps
+        ASSERT_EQ(server.ask("collect 50 10000000"), "all");
+        for (int i = 0; i < 5; ++i) {
+            const int ms = std::stoi(server.ask("wait 30000"));
+            EXPECT_GE(ms, 29);
+            EXPECT_LT(ms, 5000);
+        }
+        EXPECT_LT(std::stoi(server.ask("wait 0")), 1000);
+        EXPECT_LT(std::stoi(server.ask("wait 1")), 1000);
+        for (const char* timeout : {"-1", "10000000"}) {
+            server.start(std::string("receive ") + timeout);
+            EXPECT_THAT(client.ask("send " + toServer + " 9 4"), StartsWith("1 0 "));
+            EXPECT_THAT(server.answer(), StartsWith("id 9 "));
+        }
     }
 }
 

@@ -91,6 +91,14 @@ TEST(FlowToABusyReceiver, IsKeptForIt) {
     EXPECT_EQ(peers[0]->ask("collect 10000 10000000"), "all");
 }
 
+TEST(FlowToAReceiverThatNaps, KeepsItsOrder) {
+    const TestRun run;
+    const auto peers = registeredPeers(run, 2);
+    peers[0]->start("collect 60000 10000000 200");
+    EXPECT_THAT(peers[1]->ask("send " + addressOfPeer(0) + " 1 64 60000"), StartsWith("60000 0 "));
+    EXPECT_EQ(peers[0]->answer(), "all");
+}
+
 TEST(FlowToAProcessThatIsStopped, IsToldAsFullAfterTheTimeLimitAndNotBefore) {
     const TestRun run;
     const auto peers = registeredPeers(run, 3);

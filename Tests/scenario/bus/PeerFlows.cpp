@@ -99,7 +99,7 @@ std::string describe(const void* message) {
     return text.str();
 }
 
-std::string collect(std::uint32_t count, std::int32_t timeoutUs) {
+std::string collect(std::uint32_t count, std::int32_t timeoutUs, std::uint32_t napAfter) {
     Sequences sequences;
     for (std::uint32_t i = 0; i < count; ++i) {
         void* message = AaSysComMsgReceive(timeoutUs, 0);
@@ -109,6 +109,8 @@ std::string collect(std::uint32_t count, std::int32_t timeoutUs) {
         AaSysComMsgDestroy(&message);
         if (!wrong.empty())
             return wrong;
+        if (napAfter != 0 && i % napAfter == napAfter - 1)
+            std::this_thread::sleep_for(std::chrono::milliseconds(7));
     }
     return "all";
 }

@@ -25,8 +25,9 @@ void* numbered(std::uint16_t id, std::uint32_t size, std::uint32_t receiver, std
 std::string sendMany(std::uint32_t to, std::uint16_t id, std::uint32_t size, std::uint32_t count, std::uint32_t first,
                      bool untilFailure);
 
-/// Receives numbered messages. @return "all" when each sender's came in order and whole, else what was wrong
-std::string collect(std::uint32_t count, std::int32_t timeoutUs);
+/// Receives numbered messages, with a nap of some milliseconds after each `napAfter` of them (0: none). @return "all"
+/// when each sender's came in order and whole, else what was wrong
+std::string collect(std::uint32_t count, std::int32_t timeoutUs, std::uint32_t napAfter);
 
 /// A message in words; "none" for null.
 std::string describe(const void* message);

@@ -117,6 +117,15 @@ void Commands::addMessages() {
         m_kept = AaSysComMsgReceive(signedNumber(words), 0);
         return describe(m_kept);
     };
+    // wait TIMEOUT: how many milliseconds it takes until nothing has come
+    m_commands["wait"] = [](Words& words) {
+        const std::int32_t timeoutUs = signedNumber(words);
+        const Stopwatch watch;
+        void* message = AaSysComMsgReceive(timeoutUs, 0);
+        const bool came = message != nullptr;
+        AaSysComMsgDestroy(&message);
+        return came ? std::string("-1") : std::to_string(watch.ms());
+    };
     m_commands["select"] = [this](Words& words) {
         const std::int32_t timeout = signedNumber(words);
         const std::uint16_t filter[2] = {1, shortNumber(words)};
@@ -158,9 +167,11 @@ void Commands::addFlows() {
         const std::uint32_t size = number(words);
         return sendMany(to, 1, size, number(words), 0, true);
     };
+    // collect COUNT TIMEOUT [NAPAFTER]
     m_commands["collect"] = [](Words& words) {
         const std::uint32_t count = number(words);
-        return collect(count, signedNumber(words));
+        const std::int32_t timeoutUs = signedNumber(words);
+        return collect(count, timeoutUs, number(words));
     };
     // exchange TO SIZE COUNT: sends all before it receives as many
     m_commands["exchange"] = [](Words& words) {
@@ -168,7 +179,7 @@ void Commands::addFlows() {
         const std::uint32_t size = number(words);
         const std::uint32_t count = number(words);
         const std::string sent = sendMany(to, 1, size, count, 0, true);
-        return sent.substr(0, sent.rfind(' ')) + " " + collect(count, 60000000);
+        return sent.substr(0, sent.rfind(' ')) + " " + collect(count, 60000000, 0);
     };
     // echo COUNT: answers so many messages
     m_commands["echo"] = [](Words& words) {
