@@ -7,7 +7,6 @@ namespace mox::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 static_assert(std::is_abstract_v<ps::hwapi::common::AbstractService>);
 static_assert(std::has_virtual_destructor_v<ps::hwapi::common::AbstractService>);

@@ -12,7 +12,6 @@ namespace {
 using ::testing::_;
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
 using ::testing::Not;
 

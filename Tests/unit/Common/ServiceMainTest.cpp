@@ -1,5 +1,6 @@
 // The library's main() under another name: this executable has one of its own.
 #define main serviceMain
+// NOLINTNEXTLINE(bugprone-suspicious-include): the file holds nothing but main().
 #include "Common/src/ServiceMain.cpp"
 #undef main
 
@@ -12,7 +13,6 @@ namespace mox::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using ::testing::internal::CaptureStderr;
 using ::testing::internal::GetCapturedStderr;
 

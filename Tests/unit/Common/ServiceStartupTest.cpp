@@ -6,7 +6,6 @@ namespace mox::testing {
 namespace {
 
 using ::testing::_;
-using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;

@@ -12,10 +12,8 @@ namespace {
 using ps::hwapi::common::MsgHandlingException;
 using ps::hwapi::common::Req;
 using ps::hwapi::common::ReqHandler;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 class RequestHandler : public ReqForwarding {
 protected:

@@ -8,7 +8,6 @@ namespace {
 using ps::hwapi::common::MsgHandlingException;
 using ps::hwapi::common::Req;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class ReqWithoutOverrides : public ReqForwarding {
 protected:
