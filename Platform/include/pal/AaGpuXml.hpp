@@ -72,8 +72,9 @@ public:
     AaGpuXmlParser& operator=(const AaGpuXmlParser&) = delete;
     ~AaGpuXmlParser();
 
-    /// Parses a text. Comments, processing instructions and document type declarations are passed over; entities other
-    /// than the five predefined ones and character references are not expanded.
+    /// Parses a text. Comments and processing instructions are passed over; entities other than the five predefined ones
+    /// and character references are not expanded. A document type declaration, more than 64 levels of elements and more
+    /// than 1 MiB of text are errors.
     /// @param text  UTF-8; zero bytes at its end are ignored
     /// @return the document, which the caller deletes; null on failure (AaGpuXmlGetLastResult tells which)
     AaGpuXmlNode* AaGpuXmlParse(const std::string& text);
