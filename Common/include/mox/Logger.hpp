@@ -10,7 +10,7 @@ namespace ps::hwapi::common {
 
 /// Writes one component's lines to the platform's system log: a feature identifier and a prefix for each line.
 ///
-///     Logger log(ERadHwapi_Led, "Led", unitNumber);
+///     Logger log(ERadHwapi_LED, "Led", unitNumber);
 ///     log.logInfo("blinks with %u ms", period);                           // "[Led][3] blinks with 200 ms"
 ///     log.logRaiseDebugToErrorIfTrue(status != 0, "write ended with %d", status);
 ///
