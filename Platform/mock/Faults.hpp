@@ -33,6 +33,8 @@ public:
     explicit Fault(std::shared_ptr<FaultRule> rule) : m_rule(std::move(rule)) {}
     /// @return calls that it has failed
     std::uint64_t fired() const;
+    /// @return the function whose call it has failed last; empty when it has failed none
+    std::string lastFailed() const;
     /// Ends it early.
     void cancel();
 
@@ -110,6 +112,18 @@ private:
 inline FaultBuilder fail(const std::string& function) {
     return FaultBuilder(function);
 }
+
+/// Fails the n-th call from now of any function that can fail, with that function's general failure (null, false, 0
+/// from a registration, its family's "out of resources", DDAL_IO_ERROR). A sweep counts n up until nothing fires:
+///
+///     for (std::uint64_t n = 1;; ++n) {
+///         Fault fault = failAny(n);
+///         scenario();
+///         if (fault.fired() == 0)
+///             break;
+///     }
+/// @param n  1: the next call
+Fault failAny(std::uint64_t n);
 
 /// Ends all faults.
 void clearFaults();

@@ -12,15 +12,25 @@ namespace {
 std::uint64_t s_allCalls = 0; // guarded by bookMutex()
 thread_local Call* t_innermost = nullptr;
 
+/// Whether a rule fails this call. Counts the call.
+bool isDue(FaultRule& rule, const FunctionRecord& record) {
+    ++rule.seen;
+    if (!rule.active || rule.seen < rule.first || rule.seen > rule.last)
+        return false;
+    ++rule.fired;
+    rule.lastFailed = record.name;
+    return true;
+}
+
 std::optional<FaultValue> dueFault(FunctionRecord& record) {
     std::optional<FaultValue> due;
-    for (const auto& rule : record.faults) {
-        ++rule->seen;
-        if (!rule->active || due || rule->seen < rule->first || rule->seen > rule->last)
-            continue;
-        ++rule->fired;
-        due = rule->value;
-    }
+    for (const auto& rule : record.faults)
+        if (isDue(*rule, record) && !due)
+            due = rule->value;
+    if (record.failure)
+        for (const auto& rule : faultsOfAny())
+            if (isDue(*rule, record) && !due)
+                due = record.failure;
     return due;
 }
 

@@ -52,6 +52,11 @@ std::uint64_t Fault::fired() const {
     return m_rule->fired;
 }
 
+std::string Fault::lastFailed() const {
+    const std::lock_guard<std::mutex> guard(bookMutex());
+    return m_rule->lastFailed;
+}
+
 void Fault::cancel() {
     const std::lock_guard<std::mutex> guard(bookMutex());
     m_rule->active = false;
@@ -97,9 +102,20 @@ Fault FaultBuilder::plan(const FaultValue& value) {
     return Fault(rule);
 }
 
+Fault failAny(std::uint64_t n) {
+    if (n == 0)
+        throw std::invalid_argument("calls are counted from 1");
+    auto rule = std::make_shared<FaultRule>();
+    rule->first = rule->last = n;
+    const std::lock_guard<std::mutex> guard(bookMutex());
+    faultsOfAny().push_back(rule);
+    return Fault(rule);
+}
+
 void clearFaults() {
     auto& records = functionRecords();
     const std::lock_guard<std::mutex> guard(bookMutex());
+    faultsOfAny().clear();
     for (auto& [name, record] : records)
         record.faults.clear();
 }

@@ -3,9 +3,9 @@
 #include "mock/Faults.hpp"
 #include "mock/FunctionTable.hpp"
 
-#include <array>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <typeindex>
 #include <vector>
@@ -19,6 +19,7 @@ struct FaultRule {
     std::uint64_t fired = 0;
     bool active = true;
     FaultValue value;
+    std::string lastFailed; ///< function that it has failed last
 };
 
 /// What a function answers with.
@@ -33,10 +34,14 @@ struct ResultType {
 struct FunctionRecord {
     const char* name = "";
     ResultType result;
+    std::optional<FaultValue> failure; ///< when no result was chosen; nothing: it cannot fail
     std::uint64_t calls = 0;
     std::vector<std::uint64_t> arguments; ///< of the newest call
     std::vector<std::shared_ptr<FaultRule>> faults;
 };
+
+/// Faults that fail functions of any name; guarded as the records are.
+std::vector<std::shared_ptr<FaultRule>>& faultsOfAny();
 
 /// Guards all records, faults and the ledger. Nothing of the platform is called while it is held.
 std::mutex& bookMutex();

@@ -1,5 +1,6 @@
 #include "mock/FunctionTable.hpp"
 
+#include "mock/src/DefaultFailures.hpp"
 #include "mock/src/FunctionRecord.hpp"
 
 #include <ddal/ddal.h>
@@ -64,6 +65,7 @@ void add(std::map<std::string, FunctionRecord>& table, const char* name) {
     FunctionRecord& record = table[name];
     record.name = name;
     record.result = resultType<Result>();
+    record.failure = defaultFailure(record);
 }
 
 std::map<std::string, FunctionRecord> makeTable() {
@@ -136,6 +138,11 @@ std::vector<std::uint64_t> lastCall(const std::string& function) {
     const FunctionRecord& record = functionRecord(function);
     const std::lock_guard<std::mutex> guard(bookMutex());
     return record.arguments;
+}
+
+std::vector<std::shared_ptr<FaultRule>>& faultsOfAny() {
+    static auto* faults = new std::vector<std::shared_ptr<FaultRule>>;
+    return *faults;
 }
 
 std::vector<std::string> functionNames() {

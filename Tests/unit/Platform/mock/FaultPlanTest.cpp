@@ -3,6 +3,8 @@
 #include "mock/FunctionTable.hpp"
 #include "mock/Ledger.hpp"
 
+#include <ddal/ddal_watchdog.h>
+#include <pal/AaConfig.h>
 #include <pal/AaMem.h>
 #include <pal/AaSysCom.h>
 
@@ -115,6 +117,54 @@ TEST(FaultOfASend, DestroysTheMessage) {
     fail("AaSysComMsgSend").with(EAaSysComRetVal_NoReceiver);
     EXPECT_EQ(AaSysComMsgSend(msg), EAaSysComRetVal_NoReceiver);
     EXPECT_EQ(ledger().count(Kind::message), 0U);
+}
+
+/// Takes what it can get of each kind and gives it back. @return how much that was
+int takeEachKind() {
+    int taken = 0;
+    TAaSem sem = nullptr;
+    if (AaSemCreateC(&sem, 1) == EAaSemRetVal_NoError) {
+        ++taken;
+        AaSemDestroy(sem);
+    }
+    if (void* block = AaMemMalloc(8)) {
+        ++taken;
+        AaMemUnRef(block);
+    }
+    if (void* msg = AaSysComMsgCreate(1, 0, 2)) {
+        ++taken;
+        AaSysComMsgDestroy(&msg);
+    }
+    return taken;
+}
+
+TEST(FaultOfAnyCall, FailsEachCallOfAScenarioInTurn) {
+    std::vector<std::string> failed;
+    for (std::uint64_t n = 1;; ++n) {
+        const Fault fault = failAny(n);
+        const int taken = takeEachKind();
+        if (fault.fired() == 0) {
+            EXPECT_EQ(taken, 3);
+            break;
+        }
+        failed.push_back(fault.lastFailed());
+        EXPECT_EQ(taken, failed.back().find("Destroy") == std::string::npos ? 2 : 3) << failed.back();
+    }
+    // giving a memory block back cannot fail
+    EXPECT_EQ(failed, (std::vector<std::string>{"AaSemCreateC", "AaSemDestroy", "AaMemMalloc", "AaSysComMsgCreate",
+                                                "AaSysComMsgDestroy"}));
+}
+
+TEST(FaultOfAnyCall, AnswersWithTheFamilysOwnFailure) {
+    failAny(1);
+    EXPECT_EQ(AaSysComEuUserRegister(0x0600), 0);
+    failAny(1);
+    EXPECT_EQ(ddal_watchdog_reboot(), DDAL_IO_ERROR);
+    failAny(1);
+    EXPECT_EQ(AaConfigTagSetString("a", "b"), EAaConfigRetVal_OutOfResources);
+    failAny(1);
+    EXPECT_EQ(AaSysComSicadGetNid(0x10110600), 0x1011) << "a function that cannot fail";
+    EXPECT_EQ(AaSemPost(nullptr), EAaSemRetVal_Error);
 }
 
 TEST(FaultPlan, RefusesAnUnknownFunctionWithTheNearestName) {
