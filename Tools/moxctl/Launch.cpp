@@ -76,6 +76,7 @@ public:
 
     int spawn(pid_t& pid, std::vector<std::string>& command) const {
         std::vector<char*> words;
+        words.reserve(command.size() + 1);
         for (std::string& word : command) {
             words.push_back(word.data());
         }
@@ -187,7 +188,7 @@ std::string findExecutable(const std::string& name, const std::vector<std::strin
         if (access(path.c_str(), X_OK) == 0 && !fs::is_directory(path)) {
             return fs::absolute(path).string();
         }
-        lookedAt += (lookedAt.empty() ? "" : ":") + directory;
+        lookedAt.append(lookedAt.empty() ? "" : ":").append(directory);
     }
     throw Failure(ExitStatus::notFound, "executable '" + name + "' not found" +
                                             (lookedAt.empty() ? "" : " in " + lookedAt) +

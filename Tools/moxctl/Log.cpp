@@ -70,7 +70,7 @@ Json jsonOf(const LogRecord& record) {
             {"pid", record.pid},
             {"feature", showHex(record.feature, 1)},
             {"domain", record.domain == "-" ? "" : record.domain},
-            {"text", record.text}};
+            {"text", plainText(record.text)}};
 }
 
 void print(const Output& output, const std::vector<Line>& lines) {

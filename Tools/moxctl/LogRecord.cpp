@@ -1,5 +1,6 @@
 #include "LogRecord.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -17,7 +18,43 @@ struct Level {
 constexpr std::array levels{Level{4, "error", "ERR"}, Level{3, "warning", "WRN"}, Level{2, "info", "INF"},
                             Level{1, "debug", "DBG"}};
 
+struct Escape {
+    char letter;
+    char meaning;
+};
+constexpr std::array escapes{Escape{'n', '\n'}, Escape{'t', '\t'}, Escape{'r', '\r'}, Escape{'\\', '\\'}};
+
+/// Reads the escape at a backslash. @return how long it is; 0: it is none
+std::size_t readEscape(const std::string& text, std::size_t at, char& meaning) {
+    const char letter = at + 1 < text.size() ? text[at + 1] : '\0';
+    for (const Escape& row : escapes) {
+        if (row.letter == letter) {
+            meaning = row.meaning;
+            return 2;
+        }
+    }
+    const std::string digits = text.substr(std::min(at + 2, text.size()), 2);
+    char* end = nullptr;
+    const unsigned long byte = std::strtoul(digits.c_str(), &end, 16);
+    if (letter != 'x' || digits.size() != 2 || end != digits.c_str() + 2) {
+        return 0;
+    }
+    meaning = static_cast<char>(byte);
+    return 4;
+}
+
 } // namespace
+
+std::string plainText(const std::string& visible) {
+    std::string plain;
+    for (std::size_t at = 0; at < visible.size();) {
+        char meaning = visible[at];
+        const std::size_t length = meaning == '\\' ? readEscape(visible, at, meaning) : 1;
+        plain += meaning;
+        at += length != 0 ? length : 1;
+    }
+    return plain;
+}
 
 const char* levelName(int level) {
     for (const Level& row : levels) {

@@ -98,6 +98,7 @@ std::vector<std::uint16_t> cpidsOf(const std::vector<RegisteredEndpoint>& endpoi
 
 std::vector<std::string> cpidTexts(const std::vector<std::uint16_t>& cpids) {
     std::vector<std::string> texts;
+    texts.reserve(cpids.size());
     for (const std::uint16_t cpid : cpids) {
         texts.push_back(showHex(cpid, 4));
     }

@@ -54,7 +54,7 @@ std::optional<std::uint16_t> Session::namedNode() const {
     return m_options.node.empty() ? std::nullopt : std::optional(readNodeId(m_options.node));
 }
 
-const host::Run& Session::run() {
+const host::Run& Session::run() const {
     if (const host::Run* joined = host::Run::current()) {
         return *joined;
     }

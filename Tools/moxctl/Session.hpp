@@ -36,7 +36,7 @@ public:
     void useRun(const std::string& directory);
 
     /// The run, joined on the first call. Throws Failure: noRun, notFound (no such node), usage (no node id).
-    const host::Run& run();
+    const host::Run& run() const;
 
     /// The node that was named by option or environment; nothing: a command that can looks at all nodes.
     /// Throws Failure (usage).

@@ -73,6 +73,14 @@ TEST_F(LogTail, IsAListWithSchema) {
     EXPECT_EQ(list.at("lines").at(1).at("domain"), "HWAPI");
 }
 
+TEST_F(LogTail, GivesProgramsTheTextAsItWasLogged) {
+    const std::string text = R"(a\nb\tc\rd\\e\x1Bf\q\x1\)";
+    append("Srv.log", "2026-01-01T00:00:00.000009Z INF 1011 Srv[12] 00000000 -: " + text + "\n");
+    EXPECT_THAT(run.moxctl({"log", "tail", "Srv"}).out, HasSubstr(text));
+    EXPECT_EQ(run.json({"log", "tail", "Srv"}).at("lines").at(0).at("text"), "a\nb\tc\rd\\e\x1B"
+                                                                             "f\\q\\x1\\");
+}
+
 TEST_F(LogTail, LeavesOutALineThatIsNotComplete) {
     append("Led.log", "2026-01-01T00:00:00.000004Z INF 1011 Led[11] 0002002a HWAPI: tur");
     EXPECT_EQ(run.moxctl({"log", "tail", "Led"}).out, second);

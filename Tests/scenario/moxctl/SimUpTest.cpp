@@ -33,7 +33,8 @@ TEST(SimUp, ReturnsWhenEveryServiceTakesMessages) {
     const SimulatedRun run;
     const Json started = run.json({"sim", "up"});
     EXPECT_EQ(started.at("started"), Json({"1011/Echo", "1021/Echo"}));
-    for (const Json& service : run.json({"sim", "status"}).at("services")) {
+    const Json status = run.json({"sim", "status"});
+    for (const Json& service : status.at("services")) {
         EXPECT_EQ(service.at("state"), "waiting") << service;
         EXPECT_EQ(service.at("cpids"), Json({"0x0600"})) << service;
         EXPECT_THAT(service.at("upSince").get<std::string>(), ::testing::MatchesRegex("20..-..-..T..:..:..Z"));
@@ -106,7 +107,8 @@ TEST(SimUpWithAServiceThatEnds, ShowsWhatItPrintedAndStopsTheOthers) {
     const CommandResult result = run.moxctl({"sim", "up"});
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.err, HasSubstr("moxctl: service '1011/Broken' ended with status 7\n  first\n  the reason\n"));
-    for (const Json& service : run.json({"sim", "status"}).at("services")) {
+    const Json status = run.json({"sim", "status"});
+    for (const Json& service : status.at("services")) {
         EXPECT_EQ(service.at("state"), "down") << service;
     }
     EXPECT_THAT(socketsOf(run, "1011"), IsEmpty());
