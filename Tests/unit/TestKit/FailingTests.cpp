@@ -20,7 +20,7 @@ class Failing : public BoardTest {};
 
 TEST_F(Failing, Crashes) {
     std::ofstream("/ram/before") << "crash";
-    std::raise(SIGSEGV);
+    std::raise(SIGKILL); // no sanitizer catches it
 }
 
 TEST_F(Failing, HangsForEver) {
