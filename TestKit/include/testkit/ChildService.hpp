@@ -1,10 +1,10 @@
 #pragma once
 /// Runs a service's executable, MOX<Name>Exe, as a process of its own on the test's board.
 ///
-///     ChildService echo("Echo", ERadHwapiState_EchoState);      // waits until it waits for messages
-///     const auto far = ChildService::at(0x1021, "Echo", ERadHwapiState_EchoState);
-///     EXPECT_TRUE(echo.awaitOutput(HasSubstr("Service initialized"), 2000));
-///     EXPECT_EQ(echo.stop(), 128 + SIGTERM);                    // exit status, or 128 + signal
+///     ChildService led("Led", ERadHwapiState_LedState);         // waits until it waits for messages
+///     const auto far = ChildService::at(0x1021, "Led", ERadHwapiState_LedState);
+///     EXPECT_TRUE(led.awaitOutput(HasSubstr("Service initialized"), 2000));
+///     EXPECT_EQ(led.stop(), 128 + SIGTERM);                    // exit status, or 128 + signal
 ///
 /// The executable is looked for in MOX_EXE_PATH (directories, separated by colons), then where the build put it. Owned
 /// and used by one thread; the process ends with the object, and with the test in any case.
