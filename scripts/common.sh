@@ -17,12 +17,12 @@ misuse() {
     exit 2
 }
 
-# configureAndBuild PRESET [cmake option...]: what a lane builds, with little to read unless it fails.
+# configureAndBuild PRESET [target...]: what a lane builds (default: all), with little to read unless it fails.
 configureAndBuild() {
     local preset=$1
     shift
-    (cd "$top" && cmake --preset "$preset" "$@" >/dev/null)
-    cmake --build "$top/build/$preset" --parallel "$jobs"
+    (cd "$top" && cmake --preset "$preset" >/dev/null)
+    cmake --build "$top/build/$preset" --parallel "$jobs" ${1+--target "$@"}
 }
 
 # The project's own sources that match the patterns given, newline-separated, relative to the root.
