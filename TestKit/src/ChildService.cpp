@@ -66,6 +66,8 @@ bool ChildService::State::start() {
     if (request.node == 0)
         request.node = run.node();
     rad = host::RadOfNode::open(run, request.node, why);
+    if (rad != nullptr && request.stateRadId != 0)
+        rad->set(request.stateRadId, 0); // a service that was killed has left the state that is waited for
     outputFile = run.path() + "/" + request.name + "-XXXXXX";
     const int output = mkostemp(outputFile.data(), O_CLOEXEC | O_APPEND);
     std::vector<std::string> command = request.arguments;

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <iomanip>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 namespace mox::testkit {
 namespace {
@@ -30,6 +32,12 @@ Message take(void* msg) {
         std::memcpy(message.bytes.data(), AaSysComMsgGetPayload(msg), message.bytes.size());
     AaSysComMsgDestroy(&msg);
     return message;
+}
+
+/// The endpoints of a thread share its message queue: what one reads may be another's.
+std::vector<Messages*>& endpointsOfThread() {
+    thread_local std::vector<Messages*> endpoints;
+    return endpoints;
 }
 
 std::uint64_t deadlineAfter(unsigned limitMs) {
@@ -57,9 +65,12 @@ Messages::Messages(std::uint16_t cpid) {
     if (m_cpid == 0)
         ADD_FAILURE() << "the test's endpoint " << hex(cpid, 4) << " could not be registered";
     m_address = AaSysComSicadGet(m_cpid, AaSysComGetOwnNid());
+    endpointsOfThread().push_back(this);
 }
 
 Messages::~Messages() {
+    auto& endpoints = endpointsOfThread();
+    endpoints.erase(std::remove(endpoints.begin(), endpoints.end(), this), endpoints.end());
     if (m_cpid != 0)
         AaSysComUserDeregister(m_cpid);
 }
@@ -119,7 +130,7 @@ bool Messages::receive(std::uint64_t deadlineNs) {
         constexpr std::uint64_t longestUs = 1'000'000'000U;
         const auto limitUs = standing ? 0 : static_cast<std::int32_t>(std::min(left / 1000U, longestUs));
         if (void* msg = AaSysComMsgReceive(limitUs, 0)) {
-            m_pending.push_back(take(msg));
+            keep(take(msg));
             return true;
         }
         if (left == 0)
@@ -127,6 +138,15 @@ bool Messages::receive(std::uint64_t deadlineNs) {
         if (standing)
             std::this_thread::sleep_for(pollInterval);
     }
+}
+
+/// Gives a message to the endpoint that it was sent to.
+void Messages::keep(Message message) {
+    const auto& endpoints = endpointsOfThread();
+    const auto owner = std::find_if(endpoints.begin(), endpoints.end(), [&message](const Messages* endpoint) {
+        return AaSysComSicadGetCpid(endpoint->m_address) == AaSysComSicadGetCpid(message.receiver);
+    });
+    (owner != endpoints.end() ? **owner : *this).m_pending.push_back(std::move(message));
 }
 
 std::string Messages::pendingText() const {

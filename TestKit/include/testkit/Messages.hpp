@@ -8,8 +8,8 @@
 ///     script.expectNone(100);                                      // nothing further
 ///
 /// A message that does not come fails the test with what came instead. Messages that come before they are awaited are
-/// kept. Starts the platform if no service has; used by the thread that built it. Time limits are in real time, also
-/// while a ManualClock stands.
+/// kept; a thread may have several endpoints. Starts the platform if no service has; used by the thread that built it.
+/// Time limits are in real time, also while a ManualClock stands.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -78,6 +78,7 @@ public:
 
 private:
     bool receive(std::uint64_t deadlineNs);
+    void keep(Message message);
     std::string pendingText() const;
 
     std::uint16_t m_cpid = 0;
