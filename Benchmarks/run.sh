@@ -4,10 +4,10 @@ set -euo pipefail
 
 usage() {
     cat <<'TEXT'
-usage: Benchmarks/run.sh BUILD_FOLDER [--only in_process|between_processes|costs] [--repetitions N]
+usage: Benchmarks/run.sh BUILD_FOLDER [--only in_process|between_processes|costs] [--repetitions N] [--case NAME]
 
 Prints a table a suite (medians of N interleaved runs, 7 when not given) and a line a goal; a goal is a ratio to a peer
-measured in the same run. Exit status 1 when a goal is missed. The machine should be otherwise idle.
+measured in the same run, so none is measured when --case leaves the peers out. Exit status 1 when a goal is missed. The machine should be otherwise idle.
 TEXT
 }
 
@@ -19,6 +19,7 @@ while (($#)); do
     case $1 in
         --only) suites=("$2"); shift 2 ;;
         --repetitions) export MOX_BENCH_REPETITIONS=$2; shift 2 ;;
+        --case) export MOX_BENCH_CASE=$2; shift 2 ;;
         *) usage >&2; exit 2 ;;
     esac
 done

@@ -116,6 +116,10 @@ void reap(pid_t pid) {
 Suite::Suite(std::string title) : m_title(std::move(title)) {}
 
 void Suite::add(const std::string& name, std::function<Samples()> body, int cpu) {
+    const char* only = std::getenv("MOX_BENCH_CASE");
+    if (only != nullptr && name != only) {
+        return;
+    }
     m_cases.push_back({name, std::move(body), cpu, {}});
 }
 

@@ -52,6 +52,7 @@ class Suite {
 public:
     explicit Suite(std::string title);
 
+    /// Left out when MOX_BENCH_CASE names another case, as for a profiler's run.
     /// @param cpu  the processor to which the whole case is confined; -1: none
     void add(const std::string& name, std::function<Samples()> body, int cpu = -1);
 
