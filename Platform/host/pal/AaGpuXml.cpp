@@ -139,7 +139,7 @@ const std::string& AaGpuXmlNode::AaGpuXmlGetValue() const {
     return m_content->getValue();
 }
 
-AaGpuXmlParser::AaGpuXmlParser(int) : m_lastResult(EAaGpuXmlResult_NotParsed) {}
+AaGpuXmlParser::AaGpuXmlParser(int) {}
 
 AaGpuXmlParser::~AaGpuXmlParser() = default;
 

@@ -193,6 +193,7 @@ Collection collectTroubleshooting(const std::string& directory) {
 
 int AaTrblFileRegister(const char* name, const char* fileName, EAaTrblFilePriority priority, std::uint32_t maxBytes,
                        TAaTrblPrepareFileCb prepare, TAaTrblStoreFileCb store, TAaTrblDeleteFileCb discard,
+                       // NOLINTNEXTLINE(readability-non-const-parameter): call-backs may write to it
                        std::uint32_t* opaque) {
     if (!name || *name == '\0' || !fileName || !store || priority < EAaTrblFilePriority_High ||
         priority > EAaTrblFilePriority_Low)

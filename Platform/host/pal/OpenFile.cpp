@@ -18,7 +18,7 @@ int flagsOf(std::string_view mode) {
     if (mode.empty())
         return -1;
     const std::string_view rest = mode.substr(1);
-    if (rest != "" && rest != "+" && rest != "b" && rest != "+b" && rest != "b+")
+    if (!rest.empty() && rest != "+" && rest != "b" && rest != "+b" && rest != "b+")
         return -1;
     const bool both = rest.find('+') != std::string_view::npos;
     switch (mode.front()) {

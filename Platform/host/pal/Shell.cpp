@@ -78,6 +78,7 @@ std::vector<std::string> wordsOf(std::string_view text) {
 
 Answer runCallback(TAaShellCommandCb callback, const std::vector<std::string>& words) {
     std::vector<const char*> arguments;
+    arguments.reserve(words.size());
     for (const std::string& word : words)
         arguments.push_back(word.c_str());
     std::vector<char> output(mostOutput, '\0');

@@ -70,11 +70,12 @@ public:
     explicit AaGpuXmlParser(int options);
     AaGpuXmlParser(const AaGpuXmlParser&) = delete;
     AaGpuXmlParser& operator=(const AaGpuXmlParser&) = delete;
+    // NOLINTNEXTLINE(performance-trivially-destructible): whoever provides the platform defines it
     ~AaGpuXmlParser();
 
-    /// Parses a text. Comments and processing instructions are passed over; entities other than the five predefined ones
-    /// and character references are not expanded. A document type declaration, more than 64 levels of elements and more
-    /// than 1 MiB of text are errors.
+    /// Parses a text. Comments and processing instructions are passed over; entities other than the five predefined
+    /// ones and character references are not expanded. A document type declaration, more than 64 levels of elements and
+    /// more than 1 MiB of text are errors.
     /// @param text  UTF-8; zero bytes at its end are ignored
     /// @return the document, which the caller deletes; null on failure (AaGpuXmlGetLastResult tells which)
     AaGpuXmlNode* AaGpuXmlParse(const std::string& text);
@@ -83,5 +84,5 @@ public:
     int AaGpuXmlGetLastResult() const;
 
 private:
-    int m_lastResult;
+    int m_lastResult = EAaGpuXmlResult_NotParsed;
 };
