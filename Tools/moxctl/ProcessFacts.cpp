@@ -61,7 +61,7 @@ std::int64_t startTime(const ProcessFacts& process) {
 }
 
 std::string showTime(std::int64_t secondsUtc) {
-    const time_t seconds = secondsUtc;
+    const auto seconds = static_cast<time_t>(secondsUtc);
     tm parts{};
     gmtime_r(&seconds, &parts);
     char text[32];
