@@ -92,12 +92,19 @@ class Memory:
         draft.replace(file)
 
 
-def check(entry, build, memory):
+def oneCommandEach(entries, folder):
+    """A database for clang-tidy, which otherwise looks at a source once for each program that it is compiled for."""
+    folder.mkdir(exist_ok=True)
+    (folder / "compile_commands.json").write_text(json.dumps(entries), encoding="utf-8")
+    return str(folder)
+
+
+def check(entry, database, memory):
     """@return what was found, as lines; empty when nothing was"""
     files = includedBy(entry)  # before the check: what changes meanwhile is looked at again
     for name in files:
         contentsOf(name)
-    run = subprocess.run([TIDY, "--quiet", "-p", build, entry["file"]], capture_output=True, text=True)
+    run = subprocess.run([TIDY, "--quiet", "-p", database, entry["file"]], capture_output=True, text=True)
     if run.returncode == 0:
         if files:
             memory.add(entry, files)
@@ -119,23 +126,24 @@ def printFindings(lines, top, seen):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     parser.add_argument("--top", type=pathlib.Path, required=True, help="root of the tree")
-    parser.add_argument("--build", required=True, help="folder with compile_commands.json")
+    parser.add_argument("--build", type=pathlib.Path, required=True, help="folder with compile_commands.json")
     parser.add_argument("--jobs", type=int, default=1)
     parser.add_argument("--seconds", type=float, help="start no file after this time")
     arguments = parser.parse_args()
 
-    commands = json.loads((pathlib.Path(arguments.build) / "compile_commands.json").read_text(encoding="utf-8"))
+    commands = json.loads((arguments.build / "compile_commands.json").read_text(encoding="utf-8"))
     entryOf = {os.path.normpath(os.path.join(entry["directory"], entry["file"])): entry for entry in commands}
     entries = [entryOf[name] for name in sys.stdin.read().split("\n") if name]
     cache = os.environ.get("XDG_CACHE_HOME") or os.path.expanduser("~/.cache")
     memory = Memory(arguments.top, pathlib.Path(cache) / "mox-tidy")
     end = time.monotonic() + arguments.seconds if arguments.seconds else float("inf")
 
+    database = oneCommandEach(entries, arguments.build / "tidy")
     changed = [entry for entry in entries if not memory.holds(entry)]
     left, failed, seen = 0, 0, set()
     with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
         def checkInTime(entry):
-            return None if time.monotonic() >= end else check(entry, arguments.build, memory)
+            return None if time.monotonic() >= end else check(entry, database, memory)
         for found in pool.map(checkInTime, changed):
             left += found is None
             if found:
