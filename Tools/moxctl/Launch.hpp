@@ -15,7 +15,7 @@ struct Launched {
     std::uint16_t node = 0;
     std::string name;
     pid_t sandbox = -1;   ///< child of this process; ends with the service, with its status or 128 + signal
-    ProcessFacts process; ///< the service itself
+    ProcessFacts process; ///< the service itself; with process id 0 when it had ended at once
     std::string outputPath;
     std::int64_t outputBegin = 0; ///< size of the output file before the start
 };

@@ -38,7 +38,10 @@ void Readiness::listen(int timeoutMs) {
     if (AaSysComMsgGetId(answer) == AASYSCOM_ECHO_ROUTE_RESP_MSG) {
         const std::uint32_t sender = AaSysComMsgGetSender(answer);
         const int directory = host::nodeDirectory(m_run, AaSysComSicadGetNid(sender));
-        m_ready.insert(host::ownerOf(directory, AaSysComSicadGetCpid(sender)));
+        const std::uint32_t owner = host::ownerOf(directory, AaSysComSicadGetCpid(sender));
+        if (owner != 0) { // 0: it has gone since
+            m_ready.insert(owner);
+        }
     }
     AaSysComMsgDestroy(&answer);
 }

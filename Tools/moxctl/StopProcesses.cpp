@@ -95,6 +95,9 @@ unsigned stopProcesses(const std::vector<ProcessFacts>& processes, double second
     std::vector<std::uint32_t> sessions;
     const auto ownSession = static_cast<std::uint32_t>(getsid(0));
     for (const ProcessFacts& process : processes) {
+        if (process.pid == 0) {
+            continue; // had ended before it was looked at
+        }
         group.push_back(std::make_unique<Held>(process.pid));
         const auto now = readProcess(process.pid);
         if (!now || now->startTicks != process.startTicks) {
