@@ -107,7 +107,7 @@ std::string findExecutable(const std::string& name, const std::vector<std::strin
     }
     std::string lookedAt;
     for (const std::string& directory : candidates) {
-        const std::string path = directory.empty() ? name : directory + "/" + name;
+        const std::string path = (fs::path(directory) / name).string();
         if (access(path.c_str(), X_OK) == 0 && !fs::is_directory(path)) {
             return fs::absolute(path).string();
         }
