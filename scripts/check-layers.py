@@ -37,6 +37,10 @@ ROOMS = {
     "Services": LIBRARY + ["Services/Kit/include"],
     "Tools": LIBRARY + ["Platform/host", "TestKit/include"],
 }
+# The tests that lie beside a service, as templates for authors of others: they see the service as its users do.
+SERVICE_TEST = re.compile(r"Services/[^/]+/test/")
+SERVICE_TESTS = "A service's test"
+ROOMS[SERVICE_TESTS] = ROOMS["Services"] + ["Services", "TestKit/include"]
 # Tests and benchmarks look into every room.
 FREE = ["Tests", "Benchmarks"]
 
@@ -51,6 +55,8 @@ def isBelow(path, folder):
 
 
 def roomOf(path):
+    if SERVICE_TEST.match(path):
+        return SERVICE_TESTS
     rooms = [room for room in ROOMS if isBelow(path, room)]
     return max(rooms, key=len) if rooms else None
 
@@ -99,9 +105,10 @@ def violation(includer, target, name):
         return None
     if "include" in includer.split("/") and "src" in target.split("/"):
         return "a public header includes no private one"
+    services = {"Services", SERVICE_TESTS}
+    if {room, roomOf(target)} <= services and target.split("/")[1] not in (includer.split("/")[1], "Kit"):
+        return "a service includes no other service"
     if roomOf(target) == room:
-        if room == "Services" and target.split("/")[1] != includer.split("/")[1]:
-            return "a service includes no other service"
         return None
     if any(isBelow(target, allowed) for allowed in ROOMS[room]):
         return None
@@ -145,6 +152,11 @@ FIXTURES = [
     ("Services/Echo/A.cpp", "host/run/Run.hpp", "Platform/host/run/Run.hpp", False),
     ("Services/Echo/A.cpp", "../Fan/Fan.hpp", "Services/Fan/Fan.hpp", False),
     ("Services/Echo/A.cpp", "kit/Main.hpp", "Services/Kit/include/kit/Main.hpp", True),
+    ("Services/Echo/A.cpp", "testkit/Clock.hpp", "TestKit/include/testkit/Clock.hpp", False),
+    ("Services/Echo/test/ATest.cpp", "testkit/Clock.hpp", "TestKit/include/testkit/Clock.hpp", True),
+    ("Services/Echo/test/ATest.cpp", "Echo.hpp", "Services/Echo/Echo.hpp", True),
+    ("Services/Echo/test/ATest.cpp", "../../Fan/Fan.hpp", "Services/Fan/Fan.hpp", False),
+    ("Services/Echo/test/ATest.cpp", "mock/Mock.hpp", "Platform/mock/Mock.hpp", False),
     ("Services/Kit/src/A.cpp", "testkit/Clock.hpp", "TestKit/include/testkit/Clock.hpp", False),
     ("Tools/moxctl/A.cpp", "host/run/Run.hpp", "Platform/host/run/Run.hpp", True),
     ("Tools/moxctl/A.cpp", "mock/Mock.hpp", "Platform/mock/Mock.hpp", False),

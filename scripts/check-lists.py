@@ -3,7 +3,7 @@
 
 - Every source below a built folder is named in a CMakeLists.txt or *.cmake of the tree: a test file that nobody
   compiles is a test that nobody runs.
-- Each ...Test.cpp below Tests holds a test.
+- Each ...Test.cpp below Tests, and in the test folder of a service, holds a test.
 - No file of code is longer than 500 lines, has blanks at the end of a line, or lines that end in CRLF.
 """
 import argparse
@@ -50,7 +50,7 @@ def unlisted(top, files):
 
 def withoutTest(top, files):
     for name in files:
-        if re.match(r"Tests/(unit|contract|scenario|sweep|abi)/.*Test\.cpp$", name):
+        if re.match(r"(Tests/(unit|contract|scenario|sweep|abi)|Services/[^/]+/test)/.*Test\.cpp$", name):
             if not TEST.search((top / name).read_text(encoding="utf-8")):
                 yield f"{name}: holds no test"
 
