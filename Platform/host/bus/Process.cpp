@@ -122,6 +122,7 @@ void readNotices(int fd) {
 }
 
 bool openProcessSocket(const Run& run) {
+    removeSocketsOfTheDead(run);
     const std::string name = socketName({SocketKey::Kind::process, run.node(), ownProcess().pid});
     const sockaddr_un address = addressIn(run.nodeFd(), name);
     const int fd = datagramSocket();

@@ -2,17 +2,29 @@
 
 #include "../run/Run.hpp"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <mutex>
 
 namespace mox::host {
+
+namespace {
+
+/// The process whose socket has this name; 0: it is no such name
+std::uint32_t processOf(const char* name) {
+    return name[0] == 'p' ? static_cast<std::uint32_t>(std::strtoul(name + 1, nullptr, 10)) : 0;
+}
+
+} // namespace
 
 std::string socketName(SocketKey key) {
     return key.kind == SocketKey::Kind::endpoint ? hex4(static_cast<std::uint16_t>(key.id)) + ".sock"
@@ -63,14 +75,25 @@ bool isAlive(int directory, const std::string& name) {
     return alive;
 }
 
+void removeSocketsOfTheDead(const Run& run) {
+    DIR* directory = opendir(run.nodePath().c_str());
+    if (directory == nullptr) {
+        return;
+    }
+    while (const dirent* entry = readdir(directory)) {
+        const std::uint32_t pid = processOf(entry->d_name);
+        if (pid != 0 && kill(static_cast<pid_t>(pid), 0) != 0 && errno == ESRCH) {
+            unlinkat(run.nodeFd(), entry->d_name, 0);
+        }
+    }
+    closedir(directory);
+}
+
 std::uint32_t ownerOf(int directory, std::uint16_t cpid) {
     std::array<char, 64> target{};
     const std::string name = socketName({SocketKey::Kind::endpoint, 0, cpid});
     const ssize_t length = readlinkat(directory, name.c_str(), target.data(), target.size() - 1);
-    if (length < 2 || target[0] != 'p') {
-        return 0;
-    }
-    return static_cast<std::uint32_t>(std::strtoul(target.data() + 1, nullptr, 10));
+    return length > 0 ? processOf(target.data()) : 0;
 }
 
 } // namespace mox::host

@@ -42,6 +42,9 @@ int datagramSocket();
 /// Whether somebody receives under this name; true also when that cannot be found out.
 bool isAlive(int directory, const std::string& name);
 
+/// Removes the sockets that processes of the own node have left which were killed.
+void removeSocketsOfTheDead(const Run& run);
+
 /// The process that has registered an endpoint; 0: nobody
 std::uint32_t ownerOf(int directory, std::uint16_t cpid);
 

@@ -13,6 +13,7 @@ using mox::testing::address;
 using mox::testing::Peer;
 using mox::testing::TestRun;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 namespace {
@@ -131,6 +132,22 @@ TEST(SocketsOfARun, AreGoneWhenItsProcessesHaveEnded) {
         EXPECT_EQ(first.children(), 0U);
         EXPECT_EQ(first.end(), 0);
         EXPECT_EQ(second.end(), 0);
+    }
+    EXPECT_THAT(run.sockets(), IsEmpty());
+}
+
+TEST(SocketsOfARun, ThatAKilledProcessLeftGoWithTheNextStart) {
+    const TestRun run;
+    {
+        Peer killed(run);
+        killed.ask("register 0x0600");
+        killed.kill();
+    }
+    ASSERT_THAT(run.sockets(), Not(IsEmpty()));
+    {
+        Peer next(run);
+        next.ask("register 0x0600");
+        EXPECT_EQ(next.end(), 0);
     }
     EXPECT_THAT(run.sockets(), IsEmpty());
 }
