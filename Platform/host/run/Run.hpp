@@ -7,7 +7,8 @@
 ///     nodes/<nid>/p<pid>.sock   a process of the node (see bus/Process.hpp)
 ///     nodes/<nid>/lock          held while an endpoint is registered
 ///     nodes/<nid>/rad           R&D values, mapped by every process of the node
-///     nodes/<nid>/log/          a file a service
+///     nodes/<nid>/log/          a file a service, and what it printed (<name>.out)
+///     sim.lock                  held while services of the run are started or stopped
 ///     nodes/<nid>/fs/           the node's own /ffs, /ram, /rpram, /tmp, ...
 #include <cstdint>
 #include <memory>

@@ -31,7 +31,7 @@ enum class Table : unsigned {
     services,     ///< configuration services: name + scope + process -> nothing
     nodes,        ///< node id (four lower-case hexadecimal digits) -> what the description says of it (JSON)
     devices,      ///< device state: <nid>/<family>/<key> -> bytes
-    processes,    ///< services started by the run: <nid>/<name> -> pid
+    processes,    ///< services started by the run: <nid>/<name> -> pid and start time
     settings,     ///< what holds for the whole run: name -> text
     count
 };
