@@ -228,12 +228,10 @@ TEST_F(TheConfiguration, LetsACallBackPublish) {
     host::AaConfigTagRegister("a", publishesOn);
     host::AaConfigTagRegister("b", first);
     publish("a", "1");
-    changes();
-    publish("a", "2");
-    const auto told = changes();
-    EXPECT_EQ(told.front(), "relay a 2");
-    const auto more = changes();
-    EXPECT_TRUE(told.back() == "first b 2" || more == std::vector<std::string>{"first b 2"});
+    auto told = changes();
+    const auto more = changes(); // what was published meanwhile may come after what changes() waits for
+    told.insert(told.end(), more.begin(), more.end());
+    EXPECT_THAT(told, ElementsAre("relay a 1", "first b 1"));
 }
 
 TEST_F(TheConfiguration, TellsAServiceOfItsTagsOnly) {
