@@ -29,6 +29,7 @@ constexpr unsigned int failed = 5;
 constexpr std::int32_t withoutLimit = -1;
 constexpr std::uint16_t nodeWithoutId = 0x0F01;
 constexpr std::uint32_t mainEuStackSize = 4096;
+constexpr EAaProEuSchedulingPolicy policyWithoutDefault = EAaProEuSchedulingPolicy_RoundRobin;
 constexpr std::uint32_t mainEuPriority = 10;
 constexpr std::uint32_t returnAfterEuHasEnded = 1;
 } // namespace constant
@@ -142,11 +143,13 @@ bool Service::Startup(int argc, char** argv) {
 }
 
 bool Service::CreateAndStartEu() {
-    EAaProEuSchedulingPolicy policy = EAaProEuSchedulingPolicy_RoundRobin;
+    EAaProEuSchedulingPolicy policy = constant::policyWithoutDefault;
     const EAaProEuRetVal policyResult = AaProEeGetDefaultSchedulingPolicy(&policy);
     if (policyResult != EAaProEuRetVal_NoError) {
         AaSysLogPrintE(EAaSysLogSeverityLevel_Error, m_radId, "AaProEeGetDefaultSchedulingPolicy failed %d",
                        static_cast<int>(policyResult));
+        // Whatever the failed call has left there does not count.
+        policy = constant::policyWithoutDefault;
     }
     std::uint32_t euId = 0;
     int success = 0;
@@ -232,7 +235,7 @@ bool Service::Run() {
 }
 
 void Service::HandleMessages() {
-    ReceivedMessage received(hwapiMsgQueueReceive(constant::withoutLimit, 0));
+    ReceivedMessage received(hwapiMsgQueueReceive(constant::withoutLimit));
     if (received.msg == nullptr) {
         return;
     }

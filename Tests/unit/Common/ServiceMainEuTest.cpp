@@ -203,20 +203,32 @@ TEST(ServiceMainEuOfADerivedService, CallsItsOverrides) {
                 ElementsAre(_, _, "state 1", "InitEu()", "state 2", "Run()", "state 2", "Run()", "state 4"));
 }
 
-/// Cannot say that it has ended.
+/// Cannot tell one of its states.
 class SpeechlessService : public ServiceUnderTest {
 public:
-    using ServiceUnderTest::ServiceUnderTest;
+    SpeechlessService(ServicePlatform& platform, unsigned int state) : ServiceUnderTest(platform), m_state(state) {}
     void SetServiceStateRad(unsigned int state) override {
-        if (state == 4) {
+        if (state == m_state) {
             throw RuntimeException("speechless", "Led/src/Led", 4);
         }
     }
+
+private:
+    const unsigned int m_state;
 };
+
+TEST(ServiceMainEuOfADerivedService, ThatFailsAtTheVeryBeginningHasFailed) {
+    ServicePlatform platform;
+    SpeechlessService sut(platform, 1);
+    EXPECT_FALSE(sut.CreateAndStartEu());
+    EXPECT_THAT(platform.takeLog(),
+                ElementsAre(logLine(4, ledFeature, "Runtime error : speechless (file: Led/src/Led, line: 4)"),
+                            logLine(4, ledFeature, "Led main EU died unexpectedly")));
+}
 
 TEST(ServiceMainEuOfADerivedService, ThatFailsAtTheVeryEndHasFailed) {
     ServicePlatform platform;
-    SpeechlessService sut(platform);
+    SpeechlessService sut(platform, 4);
     sut.onInit = [&sut] { sut.Terminate(); };
     platform.receives(nullptr);
     EXPECT_FALSE(sut.CreateAndStartEu());

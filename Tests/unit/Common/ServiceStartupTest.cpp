@@ -180,6 +180,15 @@ TEST_F(ServiceStartup, VerboseSetsTheDebugFlagBeforeState1) {
     EXPECT_EQ(written[1], state(1));
 }
 
+TEST_F(ServiceStartup, GoesOnWhenParametersCannotBeWritten) {
+    platform.answers.radSetValue = 5;
+    sut.SetVerbose(1);
+    EXPECT_TRUE(start({}));
+    EXPECT_THAT(platform.takeLog(), IsSupersetOf({log(4, "SetFlagValue: failed to set flag 131114 to 1 (reason 5)"),
+                                                  log(4, "SetFlagValue: failed to set flag 2228236 to 1 (reason 5)"),
+                                                  log(4, "SetFlagValue: failed to set flag 2228236 to 4 (reason 5)")}));
+}
+
 TEST_F(ServiceStartup, VerboseCanBeTakenBack) {
     sut.SetVerbose(1);
     sut.SetVerbose(0);
@@ -206,6 +215,17 @@ TEST_F(ServiceMainEuCreation, WithoutDefaultPolicyLogsAndGoesOnWithRoundRobin) {
     platform.answers.policyResult = EAaProEuRetVal_NotSupported;
     EXPECT_TRUE(sut.CreateAndStartEu());
     EXPECT_THAT(platform.takeTrace(), IsSupersetOf({log(4, "AaProEeGetDefaultSchedulingPolicy failed 7"),
+                                                    call("AaSysComEuCreateAndStartWithPolicy", "LedMain", "4096", "1",
+                                                         "10", "0", std::to_string(sizeof(void*)), "1")}));
+}
+
+TEST_F(ServiceMainEuCreation, WithoutDefaultPolicyTakesNothingThatTheFailedCallLeft) {
+    EXPECT_CALL(platform.pro, AaProEeGetDefaultSchedulingPolicy(_)).WillOnce([](EAaProEuSchedulingPolicy* policy) {
+        *policy = EAaProEuSchedulingPolicy_Other;
+        return EAaProEuRetVal_Error;
+    });
+    EXPECT_TRUE(sut.CreateAndStartEu());
+    EXPECT_THAT(platform.takeTrace(), IsSupersetOf({log(4, "AaProEeGetDefaultSchedulingPolicy failed 1"),
                                                     call("AaSysComEuCreateAndStartWithPolicy", "LedMain", "4096", "1",
                                                          "10", "0", std::to_string(sizeof(void*)), "1")}));
 }

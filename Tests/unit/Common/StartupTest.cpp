@@ -66,6 +66,8 @@ TEST_F(ExecutableStartup, RegistersTheInitialisersOfBothDomains) {
 }
 
 TEST_F(ExecutableStartup, MakesStandardOutputLineBuffered) {
+    ASSERT_EQ(std::setvbuf(stdout, nullptr, _IOFBF, BUFSIZ), 0);
+    ASSERT_EQ(__flbf(stdout), 0);
     EXPECT_EQ(start(words), 1);
     EXPECT_NE(__flbf(stdout), 0);
 }
