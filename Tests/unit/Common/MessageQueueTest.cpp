@@ -30,6 +30,11 @@ TEST_F(MessageQueue, PassesBothArgumentsOfAReceptionOnAndTheMessageBack) {
     AaSysComMsgDestroy(&received);
 }
 
+TEST_F(MessageQueue, ReceivesWithOption0WhenNoneIsGiven) {
+    EXPECT_CALL(sysCom, AaSysComMsgReceive(7, 0)).WillOnce(Return(nullptr));
+    EXPECT_EQ(hwapiMsgQueueReceive(7), nullptr);
+}
+
 TEST_F(MessageQueue, PassesBothArgumentsOfASelectiveReceptionOnAndTheMessageBack) {
     const std::uint16_t filter[] = {1, 0x0601};
     EXPECT_CALL(sysCom, AaSysComMsgReceiveSelective(500, filter)).WillOnce(Return(&message));
