@@ -4,18 +4,24 @@
 #include <mox/CHwapiException.hpp>
 #include <mox/InvalidParameterException.hpp>
 #include <mox/MsgHandlingException.hpp>
-#include <mox/pal/AbstractSysLog.hpp>
+#include <mox/pal/SysLog.hpp>
 
 #include <gtest/gtest.h>
 
 #include <cstdarg>
 #include <string>
+#include <type_traits>
 
 namespace ps::hwapi::common {
 namespace {
 
 using mox::abi::callSlot;
 using mox::abi::firstSlotAfterDestructors;
+
+static_assert(std::has_virtual_destructor_v<ArgParserBase> && std::is_abstract_v<ArgParserBase>);
+static_assert(std::has_virtual_destructor_v<pal::AbstractSysLog> && std::is_abstract_v<pal::AbstractSysLog>);
+static_assert(std::is_convertible_v<pal::SysLog*, pal::AbstractSysLog*>, "a public base");
+static_assert(sizeof(pal::SysLog) == sizeof(void*), "no data");
 
 /// Answers each operation with its name.
 class NamingParser : public ArgParserBase {
