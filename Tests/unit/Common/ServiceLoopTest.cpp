@@ -13,7 +13,8 @@ namespace {
 thread_local std::uint64_t allocations = 0;
 } // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined: the compiler would see malloc() in one place and the operator's counterpart in another, and warn.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
     void* const memory = std::malloc(size);
     if (memory == nullptr) {
@@ -22,11 +23,11 @@ void* operator new(std::size_t size) {
     return memory;
 }
 
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
     std::free(memory);
 }
 

@@ -152,7 +152,8 @@ TEST_F(AStore, StoresNothingOfATransactionInWhichOnePutFailed) {
 /// In a process whose files cannot grow any more.
 int writeToAFullDisk(Store& store, std::uintmax_t size) {
     std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{size, size};
+    const auto most = static_cast<rlim_t>(size);
+    const rlimit limit{most, most};
     const bool limited = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
     const bool refused = !store.put(Table::tags, "name", std::string(1 << 20, 'x'));
     return limited && refused && store.get(Table::tags, "name") == "before" ? 0 : 1;
