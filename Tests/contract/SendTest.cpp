@@ -89,6 +89,17 @@ TEST(Sending, ToNobodyIsToldAtOnce) {
               std::chrono::seconds(1));
 }
 
+TEST(Sending, ThatFailsTakesTheMessageAllTheSame) {
+    constexpr auto send = [](void* msg, std::uint32_t /*receiver*/) { return AaSysComMsgSend(msg); };
+    const std::uint32_t nobody = AaSysComSicadGet(unusedCpid, AaSysComGetOwnNid());
+    using Send = EAaSysComRetVal (*)(void* msg, std::uint32_t receiver);
+    for (const Send sut : {Send{send}, Send{AaSysComMsgSendS}, Send{AaSysComMsgForward}, Send{AaSysComMsgRelay}}) {
+        void* stale = create(1, 8, nobody).release();
+        EXPECT_EQ(sut(stale, nobody), EAaSysComRetVal_NoReceiver);
+        EXPECT_EQ(AaSysComMsgDestroy(&stale), EAaSysComRetVal_InvalidValue) << "destroyed already";
+    }
+}
+
 TEST(Sending, ToAnotherNodeNeedsARun) {
     const auto expected = mox::testing::expectedOwnNode() != 0 ? EAaSysComRetVal_NoReceiver : EAaSysComRetVal_NoRun;
     EXPECT_EQ(AaSysComMsgSend(create(1, 0, AaSysComSicadGet(unusedCpid, 0x7777)).release()), expected);
