@@ -18,6 +18,7 @@ import re
 import shlex
 import subprocess
 import sys
+import threading
 import time
 
 TIDY = "clang-tidy-14"
@@ -47,6 +48,13 @@ def includedBy(entry):
         return []
     names = run.stdout.replace("\\\n", " ").split(":", 1)[1].split()
     return sorted({os.path.normpath(os.path.join(entry["directory"], name)) for name in names})
+
+
+def replaceText(file, text):
+    """At once: who reads meanwhile gets the old text or the new one."""
+    draft = file.with_name(f"{file.name}.{os.getpid()}.{threading.get_ident()}")
+    draft.write_text(text, encoding="utf-8")
+    draft.replace(file)
 
 
 @functools.lru_cache(maxsize=None)
@@ -87,15 +95,13 @@ class Memory:
         looked = {name.replace(self.top, "$TOP", 1): contentsOf(name) for name in files}
         file = self._fileOf(entry)
         other = [one for one in self._read(entry) if one != looked]
-        draft = file.with_suffix(f".{os.getpid()}.{hash(entry['file'])}")
-        draft.write_text(json.dumps([looked, *other][:REMEMBERED]), encoding="utf-8")
-        draft.replace(file)
+        replaceText(file, json.dumps([looked, *other][:REMEMBERED]))
 
 
 def oneCommandEach(entries, folder):
     """A database for clang-tidy, which otherwise looks at a source once for each program that it is compiled for."""
     folder.mkdir(exist_ok=True)
-    (folder / "compile_commands.json").write_text(json.dumps(entries), encoding="utf-8")
+    replaceText(folder / "compile_commands.json", json.dumps(entries))  # other runs may read it
     return str(folder)
 
 
@@ -138,7 +144,7 @@ def main():
     memory = Memory(arguments.top, pathlib.Path(cache) / "mox-tidy")
     end = time.monotonic() + arguments.seconds if arguments.seconds else float("inf")
 
-    database = oneCommandEach(entries, arguments.build / "tidy")
+    database = oneCommandEach(list(entryOf.values()), arguments.build / "tidy")
     changed = [entry for entry in entries if not memory.holds(entry)]
     left, failed, seen = 0, 0, set()
     with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
