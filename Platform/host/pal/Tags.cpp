@@ -75,7 +75,7 @@ std::optional<TypedValue> get(std::string_view name) {
     return record ? decode(*record) : std::nullopt;
 }
 
-void setOwn(const std::string& name, TypedValue value) {
+void setOwn(const std::string& name, const TypedValue& value) {
     const std::lock_guard order(publishing());
     {
         const std::unique_lock lock(local().mutex);

@@ -20,7 +20,7 @@ bool isName(const char* name);
 std::optional<TypedValue> get(std::string_view name);
 
 /// Sets an own tag and tells the subscriptions of scope "process".
-void setOwn(const std::string& name, TypedValue value);
+void setOwn(const std::string& name, const TypedValue& value);
 
 /// Stores a public tag, and afterwards tells every process that observes it, with the value. One process's
 /// publications arrive in the order in which they were stored; blocks while a receiver is full.

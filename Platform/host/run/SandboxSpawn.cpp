@@ -102,6 +102,7 @@ pid_t readChild(int fd) {
 
 std::vector<char*> pointers(std::vector<std::string>& words) {
     std::vector<char*> all;
+    all.reserve(words.size() + 1);
     for (std::string& word : words)
         all.push_back(word.data());
     all.push_back(nullptr);
