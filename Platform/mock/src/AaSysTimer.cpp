@@ -98,7 +98,7 @@ private:
 class RestartsTimer {
 public:
     RestartsTimer(Call&, std::uint32_t id) : m_id(id) {}
-    void finish(int result) {
+    void finish(int result) const {
         if (isSuccess(result))
             restart(Kind::timer, handleOf(m_id));
     }
