@@ -122,11 +122,20 @@ TEST_F(Tools, WatchNothingAfterTheWatchHasEnded) {
 
 TEST_F(Tools, EndAWatchFromItsOwnReport) {
     std::promise<void> done;
+    std::mutex mutex; // the report comes on another thread
     std::unique_ptr<TagWatch> sut;
-    sut = std::make_unique<TagWatch>("self.", [&](const TagPublication&) {
-        sut.reset();
-        done.set_value();
-    });
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        sut = std::make_unique<TagWatch>("self.", [&](const TagPublication&) {
+            std::unique_ptr<TagWatch> ending;
+            {
+                const std::lock_guard<std::mutex> reporting(mutex);
+                ending = std::move(sut);
+            }
+            ending.reset();
+            done.set_value();
+        });
+    }
     peer("publish self.x 1");
     EXPECT_EQ(done.get_future().wait_for(std::chrono::seconds(30)), std::future_status::ready);
 }
