@@ -4,10 +4,11 @@ set -euo pipefail
 
 usage() {
     cat <<'TEXT'
-usage: scripts/tidy.sh [--since REV | FILE...]
+usage: scripts/tidy.sh [--since REV | --product | FILE...]
 
 Checks the files given (default: every source that is compiled), headers of the project included.
 
+  --product     all but what lies below Tests and Benchmarks, as CI does
   --since REV   only sources that changed since REV, and those that include a header that did
 
 A file is looked at when its text, its compile command, a header that it includes or the configuration changed since
@@ -22,10 +23,12 @@ TEXT
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 since=
+product=0
 wanted=()
 while (($#)); do
     case $1 in
     -h | --help) usage && exit 0 ;;
+    --product) product=1 ;;
     --since)
         (($# > 1)) || misuse
         since=$2
@@ -63,6 +66,9 @@ if [[ -n $since ]]; then
     ((${#wanted[@]})) || exit 0
 fi
 
+if ((product)); then
+    mapfile -t compiled < <(printf '%s\n' "${compiled[@]}" | grep -Ev "^$top/(Tests|Benchmarks)/")
+fi
 if ((${#wanted[@]})); then
     mapfile -t selected < <(comm -12 <(printf '%s\n' "${compiled[@]}" | sort -u) <(printf '%s\n' "${wanted[@]}" | sort -u))
 else

@@ -107,7 +107,7 @@ void ForwardReq::HandleForwardedReqTimeout() {
     m_handler.ReqCompleted(this);
 }
 
-void ForwardReq::answer(Outcome outcome, const std::uint8_t* data, std::uint32_t size) {
+void ForwardReq::answer(Outcome outcome, const std::uint8_t* data, std::uint32_t size) const {
     void* const msg = AaSysComMsgCreate(forwardResponse, wordSize + size, m_client);
     if (msg == nullptr) {
         return;

@@ -39,7 +39,7 @@ public:
 private:
     bool forward(std::uint32_t target, const kit::PayloadView& request);
     void startTimer();
-    void answer(Outcome outcome, const std::uint8_t* data = nullptr, std::uint32_t size = 0);
+    void answer(Outcome outcome, const std::uint8_t* data = nullptr, std::uint32_t size = 0) const;
 
     const std::uint32_t m_client;
     const std::uint32_t m_own;

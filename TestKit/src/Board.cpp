@@ -18,7 +18,7 @@ std::map<std::string, Board>& boards() {
 
 } // namespace
 
-Board Board::named(std::string name) {
+Board Board::named(const std::string& name) {
     const char* directory = std::getenv("MOX_BOARDS");
     return file(std::string(directory != nullptr ? directory : MOX_SHIPPED_BOARDS) + "/" + name + ".json");
 }

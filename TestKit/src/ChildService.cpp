@@ -26,7 +26,8 @@ std::string findExecutable(const std::string& name) {
     const char* path = std::getenv("MOX_EXE_PATH");
     std::istringstream directories(std::string(path == nullptr ? "" : path) + ":" MOX_BUILD_TREE "/bin");
     for (std::string directory; std::getline(directories, directory, ':');) {
-        const std::string candidate = directory + "/MOX" + name + "Exe";
+        std::string candidate = directory;
+        candidate.append("/MOX").append(name).append("Exe");
         if (access(candidate.c_str(), X_OK) == 0)
             return candidate;
     }

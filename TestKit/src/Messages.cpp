@@ -75,7 +75,7 @@ Messages::~Messages() {
         AaSysComUserDeregister(m_cpid);
 }
 
-void Messages::send(std::uint32_t receiver, std::uint16_t id, const Bytes& bytes) {
+void Messages::send(std::uint32_t receiver, std::uint16_t id, const Bytes& bytes) const {
     void* msg = AaSysComMsgCreate(id, static_cast<std::uint32_t>(bytes.size()), receiver);
     if (msg == nullptr) {
         ADD_FAILURE() << "message " << hex(id, 4) << " with " << bytes.size() << " bytes could not be created";

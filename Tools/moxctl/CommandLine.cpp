@@ -72,7 +72,7 @@ const CLI::App& CommandLine::innermost() const {
 std::string CommandLine::reachedLevel() const {
     std::string name;
     for (const CLI::App* level = &innermost(); level != nullptr; level = level->get_parent()) {
-        name = level->get_name() + (name.empty() ? "" : " ") + name;
+        name.insert(0, level->get_name() + (name.empty() ? "" : " "));
     }
     return name;
 }

@@ -62,9 +62,9 @@ std::string readHex(const std::string& text) {
 
 /// The command line takes at most one of the three.
 std::string payloadOf(const MsgOptions& options) {
-    const std::string bytes = !options.hex.empty()    ? readHex(options.hex)
-                              : !options.file.empty() ? readFile(options.file)
-                                                      : options.text;
+    std::string bytes = !options.hex.empty()    ? readHex(options.hex)
+                        : !options.file.empty() ? readFile(options.file)
+                                                : options.text;
     if (bytes.size() > AASYSCOM_MAX_PAYLOAD) {
         throw Failure(ExitStatus::usage, "payload: expected at most " + std::to_string(AASYSCOM_MAX_PAYLOAD) +
                                              " bytes, got " + std::to_string(bytes.size()));

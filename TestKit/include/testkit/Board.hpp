@@ -18,7 +18,7 @@ class Board {
 public:
     /// One that is shipped: "kora", "wim", ...; the file lies in the directory that MOX_BOARDS names, or in the source
     /// tree's Platform/host/board/descriptions.
-    static Board named(std::string name);
+    static Board named(const std::string& name);
     /// A file of one's own.
     static Board file(std::string path);
     /// The JSON text itself.

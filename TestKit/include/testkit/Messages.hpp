@@ -67,7 +67,7 @@ public:
     /// The endpoint's address.
     std::uint32_t address() const { return m_address; }
     /// Sends a message; fails the test when the platform refuses it.
-    void send(std::uint32_t receiver, std::uint16_t id, const Bytes& bytes = {});
+    void send(std::uint32_t receiver, std::uint16_t id, const Bytes& bytes = {}) const;
     /// Sends a message and awaits one with another id.
     Message request(std::uint32_t receiver, std::uint16_t id, const Bytes& bytes, std::uint16_t answerId,
                     unsigned limitMs);
