@@ -6,6 +6,7 @@
 #include "mock/src/Open.hpp"
 
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
 #include <optional>
 #include <type_traits>
@@ -55,7 +56,11 @@ template <typename Argument>
 std::uint64_t word(const Argument& argument) {
     if constexpr (std::is_pointer_v<Argument>)
         return reinterpret_cast<std::uintptr_t>(argument);
-    else if constexpr (std::is_integral_v<Argument> || std::is_enum_v<Argument>)
+    else if constexpr (std::is_enum_v<Argument>) {
+        std::underlying_type_t<Argument> number{}; // a caller may pass what is no enumerator
+        std::memcpy(&number, &argument, sizeof number);
+        return static_cast<std::uint64_t>(number);
+    } else if constexpr (std::is_integral_v<Argument>)
         return static_cast<std::uint64_t>(argument);
     else
         return 0;

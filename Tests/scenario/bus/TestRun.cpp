@@ -130,7 +130,14 @@ Peer::Peer(const TestRun& run, std::uint16_t node, const std::map<std::string, s
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, m_logFile.c_str(), O_CREAT | O_WRONLY | O_APPEND, 0600);
     std::string program = MOX_BUS_PEER;
     std::array<char*, 2> arguments{program.data(), nullptr};
-    const int result = posix_spawn(&m_pid, program.c_str(), &actions, nullptr, arguments.data(), pointers.data());
+    // A group of its own: when a process ends while another of its group is stopped, the kernel may hang all of them
+    // up.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    const int result = posix_spawn(&m_pid, program.c_str(), &actions, &attributes, arguments.data(), pointers.data());
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     close(in[0]);
     close(out[1]);

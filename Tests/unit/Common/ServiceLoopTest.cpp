@@ -23,6 +23,11 @@ thread_local std::uint64_t allocations = 0;
     return memory;
 }
 
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    ++allocations;
+    return std::malloc(size);
+}
+
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
