@@ -9,8 +9,10 @@ set(CMAKE_C_STANDARD 11)
 set(CMAKE_C_STANDARD_REQUIRED ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# On 32 bits too: else a directory whose entries have 64-bit positions, or a large file, cannot be read.
-add_compile_definitions(_FILE_OFFSET_BITS=64)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  # Else a directory whose entries have 64-bit positions, or a large file, cannot be read.
+  add_compile_definitions(_FILE_OFFSET_BITS=64)
+endif()
 
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
