@@ -1,6 +1,7 @@
 #pragma once
 /// Watching endpoints: who has asked is told by a message when an endpoint appears or goes, also when its process was
-/// killed. A platform thread looks at the watched endpoints every 200 ms; nothing runs while nobody watches.
+/// killed. Names that come and go in a node's directory are told by the kernel; for processes that were killed a platform
+/// thread looks every 200 ms. Nothing runs while nobody watches.
 #include <cstdint>
 
 namespace mox::host {
