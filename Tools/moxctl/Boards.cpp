@@ -1,6 +1,7 @@
 #include "Boards.hpp"
 
 #include "Failure.hpp"
+#include "FileText.hpp"
 #include "Launch.hpp"
 
 #include <algorithm>
@@ -8,8 +9,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace mox::tools {
 
@@ -30,10 +29,8 @@ std::string directoryOfBoards() {
 }
 
 Board readFile(const fs::path& path) {
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    Board board{path.stem().string(), path.string(), {std::istreambuf_iterator<char>(file), {}}};
-    if (!file.good() && !file.eof()) {
+    Board board{path.stem().string(), path.string(), {}};
+    if (!readFileText(path.string(), board.text)) {
         throw Failure(ExitStatus::usage, path.string() + ": expected a board description: " + std::strerror(errno));
     }
     return board;

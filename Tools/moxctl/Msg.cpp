@@ -1,6 +1,7 @@
 #include "CommandLine.hpp"
 #include "Deadline.hpp"
 #include "Failure.hpp"
+#include "FileText.hpp"
 #include "Interruption.hpp"
 #include "Message.hpp"
 #include "Numbers.hpp"
@@ -15,7 +16,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <fstream>
 #include <iostream>
 #include <iterator>
 #include <memory>
@@ -43,9 +43,8 @@ std::string readFile(const std::string& name) {
     if (name == "-") {
         return {std::istreambuf_iterator<char>(std::cin), {}};
     }
-    std::ifstream file(name, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    if (!file.is_open() || file.bad()) {
+    std::string bytes;
+    if (!readFileText(name, bytes)) {
         throw Failure(ExitStatus::usage, "payload: " + name + ": " + std::strerror(errno));
     }
     return bytes;

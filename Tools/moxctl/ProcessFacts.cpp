@@ -1,9 +1,10 @@
 #include "ProcessFacts.hpp"
 
+#include "FileText.hpp"
+
 #include <unistd.h>
 
 #include <ctime>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 #include <vector>
@@ -12,13 +13,9 @@ namespace mox::tools {
 
 namespace {
 
-std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 std::string nameOf(const std::string& directory, const std::string& threadName) {
-    const std::string commandLine = readFile(directory + "/cmdline");
+    std::string commandLine;
+    readFileText(directory + "/cmdline", commandLine); // empty when it has just ended
     const std::string command = commandLine.substr(0, commandLine.find('\0'));
     const std::string file = command.substr(command.find_last_of('/') + 1);
     return file.empty() ? threadName : file;
@@ -28,7 +25,8 @@ std::string nameOf(const std::string& directory, const std::string& threadName) 
 
 std::optional<ProcessFacts> readProcess(std::uint32_t pid) {
     const std::string directory = "/proc/" + std::to_string(pid);
-    const std::string status = readFile(directory + "/stat");
+    std::string status;
+    readFileText(directory + "/stat", status); // empty when there is no such process
     const std::size_t nameBegin = status.find('(');
     // A name may hold blanks and brackets, so the fields count from the last one.
     const std::size_t nameEnd = status.rfind(')');

@@ -89,6 +89,13 @@ TEST(MsgRequest, CarriesTheLargestPayloadAndRefusesALargerOne) {
     EXPECT_THAT(result.err, HasSubstr("payload: expected at most 65535 bytes, got 65536"));
 }
 
+TEST(MsgRequest, SaysWhyAPayloadCannotBeRead) {
+    const SimulatedRun run;
+    const CommandResult result = run.moxctl({"msg", "request", "Echo", "0601", "--file", run.directory().path()});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, "moxctl: payload: " + run.directory().path() + ": Is a directory\n");
+}
+
 TEST(MsgRequest, AsksAsOftenAsWantedAndPrintsAnObjectALine) {
     const SimulatedRun run;
     run.up();

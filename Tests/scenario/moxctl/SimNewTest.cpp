@@ -62,6 +62,15 @@ TEST(SimNew, TakesBoardsFromTheDirectoryThatTheEnvironmentNames) {
     EXPECT_EQ(boards.at(0).at("name"), "mine");
 }
 
+TEST(SimNewWithADescriptionThatIsADirectory, NamesIt) {
+    const TemporaryDirectory directory;
+    std::filesystem::create_directory(directory.path() + "/odd.json");
+    const CommandResult result =
+        runCommand(moxctlWords({"sim", "new", "--list"}), settingFor({{"MOX_BOARDS", directory.path()}}));
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, "moxctl: " + directory.path() + "/odd.json: expected a board description: Is a directory\n");
+}
+
 TEST(SimNewWithAMissingDescription, NamesWhatWasExpected) {
     const TemporaryDirectory directory;
     for (const char* board : {"/no/such/board.json", "no-such-name"}) {
