@@ -25,7 +25,8 @@ case ${1-} in
 esac
 (($#)) || { usage >&2 && exit 2; }
 
-export QEMU_LD_PREFIX=$sysroot
+# Programs of the tree name the loader and the libraries there.
+export MOX_SANDBOX_READABLE=$sysroot${MOX_SANDBOX_READABLE:+:$MOX_SANDBOX_READABLE}
 kernelRunsArm() {
     "$sysroot/lib/ld-linux-armhf.so.3" --version >/dev/null 2>&1
 }

@@ -104,9 +104,8 @@ void keepWorkstationParts(Command& command, const std::vector<std::string>& prog
         }
     for (const std::string& path : options.reachable)
         command.keep(absolutePath(path), false);
-    // where an emulator that the kernel starts by itself finds the other machine's libraries
-    if (const char* libraries = std::getenv("QEMU_LD_PREFIX"))
-        command.keep(absolutePath(libraries), false);
+    for (const std::string& path : split(std::getenv("MOX_SANDBOX_READABLE")))
+        command.keep(absolutePath(path), false);
     if (isHidden(directory))
         command.keep(directory, true);
     for (const std::string& path : split(std::getenv("MOX_SANDBOX_WRITABLE")))

@@ -10,10 +10,10 @@
 ///     kill(service->process, SIGTERM);
 ///     waitpid(service->sandbox, &status, 0);
 ///
-/// Needs bubblewrap and no privileges; works inside another sandbox too. The executable, what MOX_EMULATOR and
-/// QEMU_LD_PREFIX name, and the working directory stay reachable under their paths, also below a directory that the
-/// node has of its own. MOX_SANDBOX_WRITABLE (directories, separated by colons) names what is to stay writable, such as
-/// a build tree whose programs write coverage counters.
+/// Needs bubblewrap and no privileges; works inside another sandbox too. The executable, what MOX_EMULATOR names, and
+/// the working directory stay reachable under their paths, also below a directory that the node has of its own. Two
+/// lists of directories, separated by colons, name what else is to stay: MOX_SANDBOX_READABLE, such as libraries that
+/// the executable needs, and MOX_SANDBOX_WRITABLE, such as a build tree whose programs write coverage counters.
 #include <sys/types.h>
 
 #include <cstdint>

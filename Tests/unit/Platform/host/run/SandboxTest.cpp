@@ -245,11 +245,24 @@ TEST_F(Sandbox, DiesWithItsParentWhenAskedTo) {
     EXPECT_THAT(sandboxCommand(m_run, node, {"true"}, options, why), Contains("--die-with-parent"));
 }
 
-/// Sets MOX_EMULATOR for one test.
-struct Emulator {
-    explicit Emulator(const char* words) { setenv("MOX_EMULATOR", words, 1); }
-    ~Emulator() { unsetenv("MOX_EMULATOR"); }
+/// Sets a variable of the environment for one test.
+class Variable {
+public:
+    Variable(const char* name, const std::string& value) : m_name(name) { setenv(name, value.c_str(), 1); }
+    ~Variable() { unsetenv(m_name); }
+
+private:
+    const char* m_name;
 };
+
+TEST_F(Sandbox, ShowsTheDirectoriesThatTheEnvironmentNames) {
+    fs::create_directories(m_top + "/one");
+    fs::create_directories(m_top + "/two");
+    const Variable readable("MOX_SANDBOX_READABLE", m_top + "/one:" + m_top + "/two:/no/such/directory");
+    const Outcome outcome = shell("ls " + m_top + "; touch " + m_top + "/one/new 2>/dev/null");
+    EXPECT_EQ(outcome.output, "one\ntwo\n");
+    EXPECT_FALSE(fs::exists(m_top + "/one/new"));
+}
 
 TEST_F(Sandbox, PutsTheEmulatorBeforeAProgramForAnotherMachine) {
     std::array<unsigned char, 20> head{0x7F, 'E', 'L', 'F', 1, 1, 1};
@@ -257,7 +270,7 @@ TEST_F(Sandbox, PutsTheEmulatorBeforeAProgramForAnotherMachine) {
     const std::string program = m_top + "/foreign";
     std::ofstream(program, std::ios::binary).write(reinterpret_cast<const char*>(head.data()), head.size());
     fs::permissions(program, fs::perms::owner_all);
-    const Emulator emulator("/bin/echo -L /usr");
+    const Variable emulator("MOX_EMULATOR", "/bin/echo -L /usr");
     EXPECT_EQ(run({program, "argument"}).output, "-L /usr " + program + " argument\n");
     EXPECT_EQ(run({"/bin/echo", "native"}).output, "native\n");
 }
