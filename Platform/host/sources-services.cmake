@@ -5,6 +5,7 @@ target_sources(mox_host_logic PRIVATE
   log/LogBuffers.cpp
   log/LogLine.cpp
   log/LogSinks.cpp
+  log/Syslog.cpp
   pal/AaCpuBit.cpp
   pal/AaError.cpp
   pal/AaFile.cpp
@@ -34,3 +35,6 @@ target_sources(mox_host_logic PRIVATE
 set_source_files_properties(log/LogSinks.cpp PROPERTIES
   COMPILE_OPTIONS "-USPDLOG_COMPILED_LIB;-USPDLOG_SHARED_LIB;-DSPDLOG_FMT_EXTERNAL;-DFMT_HEADER_ONLY")
 target_link_options(mox_host_logic INTERFACE LINKER:--as-needed)
+
+# Whoever calls syslog() gets the one here, also where its archive comes later on the link line.
+target_link_options(mox_host_logic INTERFACE LINKER:--undefined=vsyslog)

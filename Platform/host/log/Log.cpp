@@ -55,28 +55,52 @@ void toSinks(const LogLine& line, std::string_view formatted) {
     if (const Run* run = Run::current())
         toFile(run->nodePath() + "/log", line, formatted);
     toJournal(line);
-    keepInDomain(formatted);
 }
 
-void distribute(int level, unsigned int feature, std::string_view text) {
-    const std::string name = processName();
+/// A line of this moment. @param name  the process's, which has to outlive the line
+LogLine lineOf(int level, std::string_view text, std::string_view name) {
     const Run* run = Run::current();
-    const Domain* domain = ownDomain();
     LogLine line;
     line.level = level;
-    line.feature = feature;
     line.utcNs = host::detail::readClock(CLOCK_REALTIME);
     line.node = run ? run->node() : std::uint16_t{0};
     line.process = name;
     line.pid = static_cast<std::uint32_t>(getpid());
-    line.domain = domain ? std::string_view(domain->name) : std::string_view();
     line.text = text;
+    return line;
+}
+
+void distribute(int level, unsigned int feature, std::string_view text) {
+    const std::string name = processName();
+    const Domain* domain = ownDomain();
+    LogLine line = lineOf(level, text, name);
+    line.feature = feature;
+    line.domain = domain ? std::string_view(domain->name) : std::string_view();
     const std::string formatted = format(line);
     if (FeatureRing* ring = ringOf(feature); ring && level >= ring->lowestLevel)
         keepInRing(*ring, formatted);
-    if (passes(level, feature))
-        toSinks(line, formatted);
+    if (!passes(level, feature))
+        return;
+    toSinks(line, formatted);
+    keepInDomain(formatted);
 }
+
+/// The text of a line, as its reader gets it.
+class Text {
+public:
+    Text(const char* format, va_list args) __attribute__((format(printf, 2, 0))) {
+        const int length = std::vsnprintf(m_bytes, sizeof m_bytes, format, args);
+        m_text = length < 0 ? std::string_view(format)
+                            : std::string_view(m_bytes, std::min(static_cast<std::size_t>(length), maxText));
+        if (!m_text.empty() && m_text.back() == '\n')
+            m_text.remove_suffix(1);
+    }
+    std::string_view get() const { return m_text; }
+
+private:
+    char m_bytes[maxText + 1];
+    std::string_view m_text;
+};
 
 } // namespace
 
@@ -88,13 +112,17 @@ bool plainDebugPasses() {
 void write(int level, unsigned int feature, const char* format, va_list args) {
     // Callers print errno after they have logged.
     const int callersErrno = errno;
-    char text[maxText + 1];
-    const int length = std::vsnprintf(text, sizeof text, format, args);
-    std::string_view line = length < 0 ? std::string_view(format)
-                                       : std::string_view(text, std::min(static_cast<std::size_t>(length), maxText));
-    if (!line.empty() && line.back() == '\n')
-        line.remove_suffix(1);
-    distribute(level, feature, line);
+    distribute(level, feature, Text(format, args).get());
+    errno = callersErrno;
+}
+
+void writeSystemLine(int level, const char* format, va_list args) {
+    const int callersErrno = errno;
+    const Text text(format, args);
+    const std::string name = processName();
+    LogLine line = lineOf(level, text.get(), name);
+    line.domain = systemDomain;
+    toSinks(line, host::log::format(line));
     errno = callersErrno;
 }
 

@@ -34,6 +34,13 @@ inline bool wanted(int level, unsigned int feature) noexcept {
 /// Formats a line and gives it to whoever wants it. Any thread. Blocks for the write of a line.
 void write(int level, unsigned int feature, const char* format, va_list args) __attribute__((format(printf, 3, 0)));
 
+/// The domain that lines of the C library's syslog() carry.
+constexpr std::string_view systemDomain = "syslog";
+
+/// Gives a line of the C library's syslog() to the sinks; domain buffers and feature rings are not theirs. Any thread.
+/// Blocks for the write of a line.
+void writeSystemLine(int level, const char* format, va_list args) __attribute__((format(printf, 2, 0)));
+
 /// Takes over the terminal's part: called for each line that passes, with the text as it was logged (without a final
 /// line feed). Serialised; lines that it logs itself are dropped.
 using Capture = std::function<void(int level, unsigned int feature, std::string_view text)>;

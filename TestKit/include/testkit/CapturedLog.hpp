@@ -9,7 +9,8 @@
 ///
 /// A line that one of these has found is an expected one. When the log ends, warnings and errors that nobody expected
 /// fail the test; expect() announces lines that may come, failOnUnexpected() sets how grave a line must be. Debug lines
-/// are seen only while the R&D flag of their feature is set, as everywhere.
+/// are seen only while the R&D flag of their feature is set, as everywhere. Lines of the C library's syslog() have
+/// feature 0, and debug lines are always among them.
 ///
 /// One at a time; while it lives the lines do not go to the terminal. Built and destroyed by the test's thread; the
 /// rest may be called by any thread.

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <syslog.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -13,6 +14,7 @@
 namespace mox::testing {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
@@ -63,6 +65,42 @@ TEST_F(LogFile, HasNoDebugLineWhoseFlagIsOff) {
     useName("quiet");
     AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, 0x20064, "hidden");
     AaSysLogPrintE(EAaSysLogSeverityLevel_Info, 0x20064, "shown");
+    EXPECT_EQ(contentOf(m_path).find("hidden"), std::string::npos);
+    EXPECT_THAT(contentOf(m_path), HasSubstr("shown"));
+}
+
+/// What is left of lines from the level on.
+std::vector<std::string> withoutTimeAndProcess(const std::vector<std::string>& lines) {
+    std::vector<std::string> rests;
+    for (const std::string& line : lines)
+        rests.push_back(line.substr(line.find(' ') + 1, 3) + line.substr(line.find(']') + 1));
+    return rests;
+}
+
+TEST_F(LogFile, HoldsTheLinesOfTheSystemLogToo) {
+    useName("system");
+    errno = ENOENT;
+    syslog(LOG_DEBUG, "%s %d", "one", 1);
+    syslog(LOG_INFO, "two\n");
+    syslog(LOG_NOTICE, "three");
+    syslog(LOG_WARNING | LOG_DAEMON, "four");
+    for (const int priority : {LOG_ERR, LOG_CRIT, LOG_ALERT, LOG_EMERG})
+        syslog(priority, "grave %d", priority);
+    EXPECT_EQ(errno, ENOENT);
+    std::vector<std::string> found = withoutTimeAndProcess(fileLines());
+    found.erase(found.begin());
+    EXPECT_THAT(found,
+                ElementsAre("DBG 00000000 syslog: one 1", "INF 00000000 syslog: two", "INF 00000000 syslog: three",
+                            "WRN 00000000 syslog: four", "ERR 00000000 syslog: grave 3", "ERR 00000000 syslog: grave 2",
+                            "ERR 00000000 syslog: grave 1", "ERR 00000000 syslog: grave 0"));
+}
+
+TEST_F(LogFile, HasNoLineThatTheMaskOfTheSystemLogLeavesOut) {
+    useName("masked");
+    const int before = setlogmask(LOG_UPTO(LOG_INFO));
+    syslog(LOG_DEBUG, "hidden");
+    syslog(LOG_INFO, "shown");
+    setlogmask(before);
     EXPECT_EQ(contentOf(m_path).find("hidden"), std::string::npos);
     EXPECT_THAT(contentOf(m_path), HasSubstr("shown"));
 }
