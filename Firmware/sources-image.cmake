@@ -1,0 +1,3 @@
+# One image: its trailer, its payload.
+target_sources(mox_firmware PRIVATE
+  src/image/XmlValues.cpp)

@@ -1,0 +1,1 @@
+# Which image in a directory is the board's, and updating from it.
