@@ -32,7 +32,7 @@ enum {
 /// Reads the trailer of an image.
 /// @param path           image file
 /// @param[out] offset    where the trailer begins, in bytes from the start of the file: also the payload's length;
-///                       unspecified on failure
+///                       unchanged on failure
 /// @param[out] text      the bytes from there to the end of the file, the last word included, and a zero byte; the
 /// caller
 ///                       frees it with free(); null on failure
