@@ -33,16 +33,14 @@ enum {
 /// @param path           image file
 /// @param[out] offset    where the trailer begins, in bytes from the start of the file: also the payload's length;
 ///                       unchanged on failure
-/// @param[out] text      the bytes from there to the end of the file, the last word included, and a zero byte; the
-/// caller
-///                       frees it with free(); null on failure
+/// @param[out] text      the bytes from there to the end of the file, the last word included, and a zero byte; freed by
+///                       the caller with free(); null on failure
 /// @return IMAGE_OK, IMAGE_ERR_FILE, IMAGE_ERR_TRAILER_LENGTH
 int get_trailer(const char* path, uint32_t* offset, char** text);
 
 /// Computes the CRC-32 of the first bytes of a file, as zlib does.
 /// @param path      file
-/// @param length    bytes; of a file that has fewer, the last four read are counted again for each four that are
-/// missing
+/// @param length    bytes; of a file with fewer, the last four that were read count again for each four missing
 /// @param[out] crc  the result; 0 on failure
 /// @return IMAGE_OK, IMAGE_ERR_FILE
 int calculate_crc(const char* path, uint32_t length, uint32_t* crc);
@@ -57,8 +55,7 @@ int binary_validate(const char* path, uint32_t ownHwSwId);
 /// Checks trailer and CRC-32 of an image, for whatever board it is.
 /// @param path  image file
 /// @return IMAGE_OK or one of the IMAGE_ERR values except IMAGE_ERR_HWSWID; IMAGE_ERR_CRC also when the payload could
-/// not
-///         be read
+///         not be read
 int binary_crc(const char* path);
 
 /// Reads the software version of an image for this board. The CRC-32 is not checked.
@@ -71,11 +68,10 @@ int binary_version(const char* path, uint32_t ownHwSwId, int allowMinorDifferenc
 
 /// Writes the payload of an image to a file of its own. The image is expected to have passed binary_crc.
 /// @param sourcePath       image file
-/// @param destinationPath  file to create, for its owner only, or to overwrite; no link
+/// @param destinationPath  file to create, for its owner only, or to overwrite
 /// @return 0; -1 (no source), -2 to -5 and -7 (source not readable), -6 (the last word is no offset inside of the
-/// file),
-///         -8 (destination not creatable, or no regular file), -9 (source ends early), -10 (destination not writable).
-///         On -9 and -10 the part written so far stays.
+///         file), -8 (destination not creatable, no regular file, one with a second name, or the source), -9 (source
+///         ends early), -10 (destination not writable). On -9 and -10 the part written so far stays.
 int binary_copy_without_trailer(const char* sourcePath, const char* destinationPath);
 
 /* ---- Images in a directory, and the operator's markers ----------------------------------------------------------- */
@@ -89,8 +85,8 @@ enum { FIND_BINARY_ROW_SIZE = 128 };
 int unit_init(void);
 
 /// The board's unit id, such as "ZUPA".
-/// @return at most 31 characters; empty when it cannot be read (the next call tries again); valid as long as the
-/// process
+/// @return at most 31 characters; empty when it cannot be read (the next call tries again); valid for the process's
+/// life
 const char* unit_version(void);
 
 /// The board's unit type: the first three characters of its unit id.
@@ -116,8 +112,7 @@ int is_firmware_update_forced(const char* componentName);
 /// @param chipIdentifier  CHIP
 /// @param[out] rows       paths, directory included, cut at 127 characters; as many as were found, at most maxRows
 /// @param maxRows         rows that there is room for
-/// @return number of files, also those that there was no room for; -911 (a null argument), -1 (board unknown), -2 and
-/// -3
+/// @return number of files, also those that there was no room for; -911 (a null argument), -1 (board unknown), -2 or -3
 ///         (names not formable), -4 (directory not readable)
 int find_binary_multiple(const char* directory, const char* boardType, const char* chipIdentifier,
                          char (*rows)[FIND_BINARY_ROW_SIZE], int maxRows);
@@ -133,8 +128,8 @@ int find_binary_multiple(const char* directory, const char* boardType, const cha
 /// @param outPathSize           size of outPath in bytes; a longer path is cut
 /// @param[out] outVersion       its software version; 0 on a result of 0, 2 or more
 /// @return number of compatible files; the failures of find_binary_multiple, -5 (more than 10 files to look at), -6
-/// (own
-///         identifier not readable)
+/// (the
+///         own identifier is not readable)
 int find_binary_compatible(const char* directory, const char* boardType, const char* chipIdentifier, uint32_t ownHwSwId,
                            int allowMinorDifference, char* outPath, size_t outPathSize, uint32_t* outVersion);
 

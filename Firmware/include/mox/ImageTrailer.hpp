@@ -11,8 +11,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ps::hwapi::common::image {
 
@@ -70,5 +72,24 @@ struct TrailerFields {
 /// Reads the elements of a trailer.
 /// @param trailer  the element "trailer"
 TrailerFields readFields(const AaGpuXmlNode& trailer);
+
+/// Reads the identifiers that a trailer lists, in document order.
+/// @param trailer  the element "trailer"
+/// @return nothing when there is no list
+std::optional<std::vector<std::uint32_t>> readHwSwIds(const AaGpuXmlNode& trailer);
+
+enum class HwSwIdMatch { none, minor, exact };
+
+/// How a board's identifier is listed. An exact one counts before all others, else the first that is the same but for
+/// its lowest 8 bits.
+struct ListedHwSwId {
+    HwSwIdMatch match = HwSwIdMatch::none;
+    std::size_t index = 0; ///< of the one that matches; counts unless there is none
+};
+
+/// Looks for a board's identifier.
+/// @param ids  what the trailer lists
+/// @param own  hardware/software identifier of the board
+ListedHwSwId findHwSwId(const std::vector<std::uint32_t>& ids, std::uint32_t own);
 
 } // namespace ps::hwapi::common::image

@@ -1,7 +1,9 @@
+#include <mox/ImageNumbers.hpp>
 #include <mox/ImageTrailer.hpp>
 #include <mox/XmlValues.hpp>
 #include <pal/AaCpuBit.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace ps::hwapi::common::image {
@@ -51,6 +53,33 @@ TrailerFields readFields(const AaGpuXmlNode& trailer) {
     fields.swVersion = getStringValueFromNode(&trailer, "SwVersion");
     fields.buildTime = getStringValueFromNode(&trailer, "BuildTime");
     return fields;
+}
+
+std::optional<std::vector<std::uint32_t>> readHwSwIds(const AaGpuXmlNode& trailer) {
+    const AaGpuXmlNode* const list = FindXmlTag(&trailer, "HwSwIdList");
+    if (list == nullptr) {
+        return std::nullopt;
+    }
+    std::vector<std::uint32_t> ids;
+    const AaGpuXmlNode* child = list->AaGpuXmlHasChildren() ? list->AaGpuXmlGetFirstChildren() : nullptr;
+    for (; child != nullptr; child = child->AaGpuXmlGetNext()) {
+        if (child->AaGpuXmlGetName() == "HwSwId") {
+            ids.push_back(hwSwIdNumber(child->AaGpuXmlGetValue()));
+        }
+    }
+    return ids;
+}
+
+ListedHwSwId findHwSwId(const std::vector<std::uint32_t>& ids, std::uint32_t own) {
+    const auto indexOf = [&ids](auto found) { return static_cast<std::size_t>(found - ids.begin()); };
+    if (const auto same = std::find(ids.begin(), ids.end(), own); same != ids.end()) {
+        return {HwSwIdMatch::exact, indexOf(same)};
+    }
+    const auto near = std::find_if(ids.begin(), ids.end(), [own](auto id) { return isSameButForMinor(id, own); });
+    if (near != ids.end()) {
+        return {HwSwIdMatch::minor, indexOf(near)};
+    }
+    return {};
 }
 
 } // namespace ps::hwapi::common::image
