@@ -5,20 +5,35 @@
 #include <unistd.h>
 
 #include <ctime>
+#include <filesystem>
 #include <iterator>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 namespace mox::tools {
 
 namespace {
 
+constexpr std::string_view emulator = "qemu-";
+
+std::string fileOf(const std::string& path) {
+    return path.substr(path.find_last_of('/') + 1);
+}
+
+/// A program for another processor stands behind its emulator.
 std::string nameOf(const std::string& directory, const std::string& threadName) {
     std::string commandLine;
     readFileText(directory + "/cmdline", commandLine); // empty when it has just ended
-    const std::string command = commandLine.substr(0, commandLine.find('\0'));
-    const std::string file = command.substr(command.find_last_of('/') + 1);
-    return file.empty() ? threadName : file;
+    std::istringstream words(commandLine);
+    std::string word;
+    std::getline(words, word, '\0');
+    std::string name = fileOf(word);
+    std::error_code unreadable; // then it is none that was started
+    while (name.compare(0, emulator.size(), emulator) == 0 && std::getline(words, word, '\0')) {
+        name = std::filesystem::is_regular_file(word, unreadable) ? fileOf(word) : name;
+    }
+    return name.empty() ? threadName : name;
 }
 
 } // namespace

@@ -213,6 +213,9 @@ TEST_F(Sandbox, BeginsASessionOfItsOwnWhenAskedTo) {
 TEST_F(Sandbox, WorksForAUserWithoutPrivileges) {
     if (geteuid() != 0)
         GTEST_SKIP() << "every test of this file runs without privileges";
+    const std::string asNobody = "setpriv --reuid=65534 --regid=65534 --clear-groups ";
+    if (system((asNobody + "true 2>/dev/null").c_str()) != 0)
+        GTEST_SKIP() << "there is no other user in this namespace";
     std::string why;
     std::vector<std::string> command =
         sandboxCommand(m_run, node, {"/bin/sh", "-c", "id -u > /ram/mark; cat /ram/mark"}, {}, why);
@@ -220,7 +223,7 @@ TEST_F(Sandbox, WorksForAUserWithoutPrivileges) {
     fs::permissions(m_top, fs::perms::all);
     for (const auto& entry : fs::recursive_directory_iterator(m_top))
         fs::permissions(entry.path(), fs::perms::all);
-    std::string line = "setpriv --reuid=65534 --regid=65534 --clear-groups";
+    std::string line = asNobody;
     for (const std::string& word : command)
         line += " '" + word + "'";
     EXPECT_EQ(WEXITSTATUS(system(line.c_str())), 0);
