@@ -1,5 +1,6 @@
 #include "Run.hpp"
 
+#include "../faults/Faults.hpp"
 #include "../store/Store.hpp"
 
 #include <dirent.h>
@@ -100,6 +101,7 @@ Run::Attach Run::attach(std::string& why) {
         return Attach::storeFailed;
     }
     g_current.store(new Run(path, node, nodeFd, std::move(store)), std::memory_order_release); // until the process ends
+    faults::attach(*current());
     return Attach::done;
 }
 

@@ -3,6 +3,7 @@
 ///
 ///     board.json                the description it was made from
 ///     store/                    one LMDB environment (public tags, mailboxes, device state, registrations)
+///     faults                    planned faults, mapped by every process of the run
 ///     nodes/<nid>/<cpid>.sock   a registered endpoint; nid and cpid are four lower-case hexadecimal digits
 ///     nodes/<nid>/p<pid>.sock   a process of the node (see bus/Process.hpp)
 ///     nodes/<nid>/lock          held while an endpoint is registered

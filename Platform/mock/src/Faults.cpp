@@ -1,5 +1,6 @@
 #include "mock/Faults.hpp"
 
+#include "mock/src/DefaultFailures.hpp"
 #include "mock/src/FunctionRecord.hpp"
 
 #include <cstdint>
@@ -26,14 +27,6 @@ const char* text(FaultValue::Kind kind) {
     throw std::invalid_argument(std::string("fault of ") + record.name + ": " + why);
 }
 
-bool fits(const FaultValue& value, const ResultType& type) {
-    if (type.bytes >= sizeof(std::uint64_t) || type.isEnum)
-        return true;
-    const auto top = std::int64_t{1} << (type.bytes * 8U - (type.isSigned ? 1U : 0U));
-    const auto number = static_cast<std::int64_t>(value.bits);
-    return value.negative ? type.isSigned && number >= -top : value.bits < static_cast<std::uint64_t>(top);
-}
-
 void check(const FunctionRecord& record, const FaultValue& value) {
     const ResultType& type = record.result;
     if (value.kind != type.kind)
@@ -41,7 +34,7 @@ void check(const FunctionRecord& record, const FaultValue& value) {
     if (value.type != typeid(void) && value.type != type.type &&
         (type.isEnum || value.kind == FaultValue::Kind::pointer))
         refuse(record, "the value is of another type than its result");
-    if (value.kind == FaultValue::Kind::number && !fits(value, type))
+    if (value.kind == FaultValue::Kind::number && !host::faults::fits(value.bits, value.negative, shapeOf(type)))
         refuse(record, "the value does not fit its result");
 }
 

@@ -1,5 +1,6 @@
 #include "mock/FunctionTable.hpp"
 
+#include "host/faults/Functions.hpp"
 #include "mock/src/DefaultFailures.hpp"
 #include "mock/src/FunctionRecord.hpp"
 
@@ -39,7 +40,6 @@
 #include <pal/AaTrbl.h>
 
 #include <algorithm>
-#include <numeric>
 #include <stdexcept>
 
 namespace mox::mock {
@@ -82,27 +82,12 @@ std::map<std::string, FunctionRecord> makeTable() {
     return table;
 }
 
-/// Edit distance: how many letters must be added, dropped or changed.
-std::size_t distance(const std::string& a, const std::string& b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t change = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, change});
-        }
-    }
-    return row[b.size()];
-}
-
 std::string nearestName(const std::string& name) {
     const auto& table = functionRecords();
+    const auto distance = host::faults::editDistance;
     return std::min_element(
                table.begin(), table.end(),
-               [&name](const auto& a, const auto& b) { return distance(name, a.first) < distance(name, b.first); })
+               [&](const auto& a, const auto& b) { return distance(name, a.first) < distance(name, b.first); })
         ->first;
 }
 
