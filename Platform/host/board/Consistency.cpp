@@ -1,6 +1,7 @@
 #include "Consistency.hpp"
 
 #include "Check.hpp"
+#include "Description.hpp"
 
 #include <map>
 
@@ -98,9 +99,37 @@ bool checkRoutes(const JsonValue& list, const std::string& path, JsonError& erro
     return true;
 }
 
+bool checkGeometry(const JsonValue* device, const std::string& path, JsonError& error) {
+    const JsonValue* block = device != nullptr ? device->find("blockSize") : nullptr;
+    if (block == nullptr) {
+        return true;
+    }
+    const JsonValue* area = device->find("areaSize");
+    const std::uint64_t most = area != nullptr ? *area->asNumber() : FlashGeometry().areaSize;
+    if (*block->asNumber() <= most) {
+        return true;
+    }
+    error = {block->line, below(path, "blockSize") + ": expected at most the image area's " + std::to_string(most) +
+                              " bytes, got " + block->show()};
+    return false;
+}
+
+bool checkResetControl(const JsonValue& fpga, const std::string& path, JsonError& error) {
+    constexpr std::uint64_t bmu = 1;
+    const JsonValue* control = fpga.find("resetControl");
+    if (control == nullptr || !control->flag || fpga.find("id")->asNumber() == bmu) {
+        return true;
+    }
+    error = {control->line, below(path, "resetControl") + ": expected only of the local BMU, which has id 1, got true"};
+    return false;
+}
+
 bool checkFpgas(const JsonValue& fpgas, const std::string& path, JsonError& error) {
     for (std::size_t i = 0; i < fpgas.items.size(); ++i) {
-        if (!expectUnique(listIn(&fpgas.items[i], "slots"), "slot", below(itemOf(path, "", i), "slots"), error)) {
+        const JsonValue& fpga = fpgas.items[i];
+        const std::string place = itemOf(path, "", i);
+        if (!expectUnique(listIn(&fpga, "slots"), "slot", below(place, "slots"), error) ||
+            !checkGeometry(&fpga, place, error) || !checkResetControl(fpga, place, error)) {
             return false;
         }
     }
@@ -124,8 +153,9 @@ bool checkDevices(const JsonValue* devices, const std::string& path, JsonError& 
     const JsonValue* power = devices != nullptr ? devices->find("power") : nullptr;
     const JsonValue* rapidIo = devices != nullptr ? devices->find("rapidIo") : nullptr;
     const JsonValue& flash = listIn(devices, "flash");
-    return checkFpgas(listIn(devices, "fpgas"), in("fpgas"), error) && expectUnique(flash, "id", in("flash"), error) &&
-           expectUnique(flash, "path", in("flash"), error) &&
+    const JsonValue* boot = devices != nullptr ? devices->find("boot") : nullptr;
+    return checkGeometry(boot, in("boot"), error) && checkFpgas(listIn(devices, "fpgas"), in("fpgas"), error) &&
+           expectUnique(flash, "id", in("flash"), error) && expectUnique(flash, "path", in("flash"), error) &&
            expectUnique(listIn(power, "feeds"), "number", in("power.feeds"), error) &&
            expectUnique(listIn(rapidIo, "switches"), "device", in("rapidIo.switches"), error) &&
            checkRoutes(listIn(devices, "routes"), in("routes"), error) &&

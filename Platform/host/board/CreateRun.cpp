@@ -1,5 +1,6 @@
 #include "CreateRun.hpp"
 
+#include "../ddal/FlashRecord.hpp"
 #include "../pal/Tags.hpp"
 #include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
@@ -54,6 +55,9 @@ bool fillStore(const std::string& path, const Description& description, std::str
     }
     for (const auto& node : description.nodes) {
         write.put(Table::nodes, hex4(node.id), node.json);
+        for (const auto& factory : factoryImages(node)) {
+            write.put(Table::devices, flashRecordKey(node.id, factory.area), encodeFlashRecord(factory.image));
+        }
     }
     write.put(Table::settings, engineKey, description.engine);
     if (write.commit()) {

@@ -37,21 +37,30 @@ struct ModuleIdentity {
     std::string serialNumber;
 };
 
+/// Size of a flash device's image areas, and of the blocks in which they are erased and programmed, in bytes.
+struct FlashGeometry {
+    std::uint64_t areaSize = 32U << 20U;
+    std::uint32_t blockSize = 64U << 10U;
+};
+
 struct BootDevice {
     std::uint32_t location = 0;     ///< 0 primary, 1 backup, 2 RAM, others unknown to the boot services
     std::string version;            ///< decimal digits
     std::uint32_t linuxActive = 53; ///< flash file system that Linux was started from
+    FlashGeometry geometry;
 };
 
 struct FpgaSlot {
-    std::uint32_t slot = 1; ///< 1 primary, 2 secondary
-    std::uint32_t version = 0;
+    std::uint32_t slot = 1;               ///< 1 primary, 2 secondary
+    std::optional<std::uint32_t> version; ///< absent: the area is blank
 };
 
 struct FpgaDevice {
     std::uint32_t id = 0;            ///< 1 is the local BMU
     std::uint32_t activeVersion = 0; ///< what runs now
     std::vector<FpgaSlot> slots;     ///< what lies in the image areas
+    FlashGeometry geometry;
+    bool resetControl = false; ///< only of the BMU: there is a control file that makes it load its image anew
 };
 
 struct FlashFileSystem {

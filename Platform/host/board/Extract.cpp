@@ -91,12 +91,21 @@ ModuleIdentity module(const JsonValue& value) {
     return identity;
 }
 
+FlashGeometry geometry(const JsonValue& value) {
+    FlashGeometry flash;
+    read(value, "areaSize", flash.areaSize);
+    flash.blockSize = static_cast<std::uint32_t>(std::min<std::uint64_t>(flash.blockSize, flash.areaSize));
+    read(value, "blockSize", flash.blockSize);
+    return flash;
+}
+
 BootDevice boot(const JsonValue& value) {
     static constexpr std::array locations{"primary", "backup", "ram"};
     BootDevice device;
     readChoice(value, "location", locations, std::uint32_t{0}, device.location);
     read(value, "version", device.version);
     read(value, "linuxActive", device.linuxActive);
+    device.geometry = geometry(value);
     return device;
 }
 
@@ -112,6 +121,8 @@ FpgaDevice fpga(const JsonValue& value) {
     read(value, "id", device.id);
     read(value, "activeVersion", device.activeVersion);
     readList(value, "slots", device.slots, fpgaSlot);
+    device.geometry = geometry(value);
+    read(value, "resetControl", device.resetControl);
     return device;
 }
 

@@ -82,19 +82,27 @@ const ObjectRule& externalModuleRule() {
     return rule;
 }
 
+FieldRule areaSize() {
+    return number("areaSize", optional, 1, 1U << 30U, "a size of an image area from 1 byte to 1 GiB");
+}
+
+FieldRule blockSize() {
+    return number("blockSize", optional, 1, 16U << 20U, "a size of a flash block from 1 byte to 16 MiB");
+}
+
 const ObjectRule& bootRule() {
     static const ObjectRule rule{
         "boot",
         {choice("location", "\"primary\", \"backup\" or \"ram\"", {"primary", "backup", "ram"}),
          text("version", required, 1, 127, form::digits, "a version of 1 to 127 decimal digits"),
-         number("linuxActive", optional, 0, u32, "a file system id of 32 bits")}};
+         number("linuxActive", optional, 0, u32, "a file system id of 32 bits"), areaSize(), blockSize()}};
     return rule;
 }
 
 const ObjectRule& fpgaSlotRule() {
     static const ObjectRule rule{"fpgaSlot",
                                  {number("slot", required, 1, 2, "slot 1 (primary) or 2 (secondary)"),
-                                  number("version", required, 0, u32, "a version of 32 bits")}};
+                                  number("version", optional, 0, u32, "a version of 32 bits")}};
     return rule;
 }
 
@@ -102,7 +110,8 @@ const ObjectRule& fpgaRule() {
     static const ObjectRule rule{"fpga",
                                  {number("id", required, 1, u32, "a device id from 1 (the local BMU)"),
                                   number("activeVersion", required, 0, u32, "a version of 32 bits"),
-                                  list("slots", fpgaSlotRule(), "at most 2 image areas", 2)}};
+                                  list("slots", fpgaSlotRule(), "at most 2 image areas", 2), areaSize(), blockSize(),
+                                  flag("resetControl")}};
     return rule;
 }
 

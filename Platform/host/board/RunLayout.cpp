@@ -1,5 +1,7 @@
 #include "RunLayout.hpp"
 
+#include "../ddal/BmuReset.hpp"
+#include "../ddal/FlashRecord.hpp"
 #include "../pal/Rad.hpp"
 
 #include <fcntl.h>
@@ -18,9 +20,6 @@ namespace files = std::filesystem;
 
 // What a process of the node finds under its root directory.
 constexpr const char* directories[] = {"ffs", "ram", "rpram/hwapi", "tmp", "var/tmp", "opt/mox"};
-
-// Written by services, read by nobody but a test: the BMU's reset.
-constexpr const char* controlFiles[] = {"sys/devices/platform/i2c-octeon.0/i2c-0/0-0031/fpga_reconfig"};
 
 // Below the flash file system that the software runs from.
 constexpr const char* runningDirectories[] = {"logs", "boot"};
@@ -81,12 +80,22 @@ bool layOutRoot(const files::path& root, const Devices& devices, std::string& wh
             return false;
         }
     }
-    for (const char* name : controlFiles) {
-        if (!makeFile(root / name, why)) {
-            return false;
-        }
+    if (hasBmuReset(devices) && !makeFile(root / bmuResetFile, why)) {
+        return false;
     }
     return makeLink(root / "var/tmp/hwapi", "../../rpram/hwapi", why) && layOutFlash(root, devices, why);
+}
+
+/// The records that make these images whole are put with the rest of the store.
+bool fillFlash(const files::path& directory, const NodeDescription& node, std::string& why) {
+    for (const FactoryImage& factory : factoryImages(node)) {
+        const files::path path = directory / flashFile(factory.area);
+        std::ofstream file(path, std::ios::binary);
+        if (!(file << factory.bytes << std::flush)) {
+            return fail(why, path, {errno, std::generic_category()});
+        }
+    }
+    return true;
 }
 
 bool writeRadValues(const std::string& directory, const NodeDescription& node, std::string& why) {
@@ -109,7 +118,8 @@ bool writeRadValues(const std::string& directory, const NodeDescription& node, s
 
 bool layOutNode(const std::string& directory, const NodeDescription& node, std::string& why) {
     return makeDirectory(directory, why) && makeDirectory(directory + "/log", why) &&
-           layOutRoot(directory + "/fs", node.devices, why) && writeRadValues(directory, node, why);
+           makeDirectory(directory + "/flash", why) && layOutRoot(directory + "/fs", node.devices, why) &&
+           fillFlash(directory, node, why) && writeRadValues(directory, node, why);
 }
 
 } // namespace mox::host

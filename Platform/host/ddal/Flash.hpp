@@ -51,9 +51,9 @@ public:
     /// image and nothing else.
     std::string path(const std::string& area) const;
 
-    /// Writes a file into an area. In this order: the lock of the area's device, the file's size, the record's removal,
-    /// one erase operation for each block that the file needs, one program operation for each, and the operation that
-    /// puts the new record. Operations are counted and broken as FlashPlan.hpp says.
+    /// Writes a file into an area. What is done once the file was found good and the area's device free: the record is
+    /// taken away, each block that the file needs is erased, each is programmed, the new record is put. All but the
+    /// first are operations, counted and broken as FlashPlan.hpp says.
     /// @param imagePath  file without trailer; an empty one is refused
     /// @return DDAL_OK, DDAL_NOT_FOUND (no such file), DDAL_INVALID_PARAMETER (an empty file), DDAL_BUSY (an area of
     /// the

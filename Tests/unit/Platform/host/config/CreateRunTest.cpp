@@ -51,8 +51,18 @@ TEST_F(CreatingARun, GivesEachNodeItsFileSystems) {
                              "fs/rpram/hwapi", "fs/tmp", "fs/var/tmp/hwapi", "fs/opt/mox"}) {
         EXPECT_TRUE(files::is_directory(node(name))) << name;
     }
-    EXPECT_TRUE(files::is_regular_file(node("fs/sys/devices/platform/i2c-octeon.0/i2c-0/0-0031/fpga_reconfig")));
     EXPECT_TRUE(files::is_directory(run + "/nodes/1021/fs/ffs/run/logs"));
+}
+
+TEST_F(CreatingARun, MakesTheResetFileOfTheBmuOnlyWhereOneIsDescribed) {
+    const char* text = R"({"nodes": [{ "id": 1, "unit": { "id": "ZUPA", "hwSwId": "0x203000" },
+      "devices": { "fpgas": [{ "id": 1, "activeVersion": 5, "resetControl": true }] } },
+      { "id": 2, "unit": { "id": "ZUPC", "hwSwId": "0x207000" },
+      "devices": { "fpgas": [{ "id": 1, "activeVersion": 5 }] } }]})";
+    const std::string name = "/fs/sys/devices/platform/i2c-octeon.0/i2c-0/0-0031/fpga_reconfig";
+    ASSERT_TRUE(create(text)) << why;
+    EXPECT_TRUE(files::is_regular_file(run + "/nodes/0001" + name));
+    EXPECT_FALSE(files::exists(run + "/nodes/0002" + name));
 }
 
 TEST_F(CreatingARun, MakesTheTwoNamesOfTheFieldDirectoryOne) {

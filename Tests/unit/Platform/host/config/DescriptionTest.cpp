@@ -114,6 +114,32 @@ TEST(ADescription, GivesBootAndFlashDevices) {
     EXPECT_EQ(devices.flash[1].path, "/ffs/fs2");
 }
 
+TEST(ADescription, GivesTheSizesOfImageAreas) {
+    const auto devices = parsed(R"({"nodes": [{ "id": 1, "unit": { "id": "X", "hwSwId": 0 }, "devices": {
+        "boot": { "version": "1", "areaSize": 4096, "blockSize": "0x100" },
+        "fpgas": [{ "id": 1, "activeVersion": 0, "resetControl": true }, { "id": 2, "activeVersion": 0, "areaSize": 100 }]
+    } }]})")
+                             .nodes.at(0)
+                             .devices;
+    EXPECT_EQ(devices.boot->geometry.areaSize, 4096U);
+    EXPECT_EQ(devices.boot->geometry.blockSize, 256U);
+    ASSERT_THAT(devices.fpgas, SizeIs(2));
+    EXPECT_EQ(devices.fpgas[0].geometry.areaSize, 33554432U);
+    EXPECT_EQ(devices.fpgas[0].geometry.blockSize, 65536U);
+    EXPECT_TRUE(devices.fpgas[0].resetControl);
+    EXPECT_EQ(devices.fpgas[1].geometry.blockSize, 100U) << "a block is never larger than its area";
+    EXPECT_FALSE(devices.fpgas[1].resetControl);
+}
+
+TEST(ADescription, GivesAreasThatAreBlank) {
+    const auto devices = parsed(R"({"nodes": [{ "id": 1, "unit": { "id": "X", "hwSwId": 0 }, "devices": {
+        "fpgas": [{ "id": 1, "activeVersion": 0, "slots": [{ "slot": 1 }] }] } }]})")
+                             .nodes.at(0)
+                             .devices;
+    ASSERT_THAT(devices.fpgas.at(0).slots, SizeIs(1));
+    EXPECT_FALSE(devices.fpgas[0].slots[0].version);
+}
+
 TEST(ADescription, GivesRapidIoAndRoutes) {
     const auto devices = parsed(complete).nodes.at(0).devices;
     ASSERT_TRUE(devices.rapidIo);
