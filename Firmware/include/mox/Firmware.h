@@ -85,12 +85,11 @@ enum { FIND_BINARY_ROW_SIZE = 128 };
 int unit_init(void);
 
 /// The board's unit id, such as "ZUPA".
-/// @return at most 31 characters; empty when it cannot be read (the next call tries again); valid for the process's
-/// life
+/// @return at most 31 characters; empty when it cannot be read (the next call tries again); kept by the library
 const char* unit_version(void);
 
 /// The board's unit type: the first three characters of its unit id.
-/// @return at most 3 characters; empty when it cannot be read (the next call tries again); valid as long as the process
+/// @return at most 3 characters; empty when it cannot be read (the next call tries again); kept by the library
 const char* unit_type(void);
 
 /// Tells whether an operator has switched firmware updates off, by a file "disable-firmware-update" below
@@ -127,9 +126,8 @@ int find_binary_multiple(const char* directory, const char* boardType, const cha
 ///                              failure
 /// @param outPathSize           size of outPath in bytes; a longer path is cut
 /// @param[out] outVersion       its software version; 0 on a result of 0, 2 or more
-/// @return number of compatible files; the failures of find_binary_multiple, -5 (more than 10 files to look at), -6
-/// (the
-///         own identifier is not readable)
+/// @return number of compatible files; the failures of find_binary_multiple, -5 (more than 10 files to look at),
+///         -6 (own identifier not readable)
 int find_binary_compatible(const char* directory, const char* boardType, const char* chipIdentifier, uint32_t ownHwSwId,
                            int allowMinorDifference, char* outPath, size_t outPathSize, uint32_t* outVersion);
 
