@@ -1,0 +1,107 @@
+#include "Board/src/Caches.hpp"
+
+#include "unit/Board/IdentityPlatform.hpp"
+
+#include <mox/Board.h>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace mox::testing {
+namespace {
+
+using ps::hwapi::board::TextCache;
+using ps::hwapi::board::WordCache;
+
+TEST(WordCache, KeepsASuccessWhenAnotherThreadFailsMeanwhile) {
+    WordCache<std::uint32_t, 64> sut;
+    const auto failSlowly = [&sut] {
+        EXPECT_EQ(sut.get([] { return 7U; }), 7U); // what the other thread does meanwhile
+        return 64U;
+    };
+    EXPECT_EQ(sut.get(failSlowly), 64U);
+    EXPECT_EQ(sut.get([] { return 8U; }), 7U);
+}
+
+TEST(TextCache, LetsOthersInWhileItAsks) {
+    TextCache<7> sut;
+    char text[8] = {};
+    const auto fill = [](const char* with) {
+        return [with](char* room) { return std::strcpy(room, with) != nullptr; };
+    };
+    const auto askSlowly = [&](char* room) {
+        EXPECT_EQ(sut.copyTo(text, 8, fill("ABC")), 1U);
+        return fill("ABC")(room);
+    };
+    EXPECT_EQ(sut.copyTo(text, 8, askSlowly), 1U);
+    EXPECT_STREQ(text, "ABC");
+}
+
+TEST(TextCache, KeepsNothingOfAFailure) {
+    TextCache<7> sut;
+    char text[8] = "-------";
+    const auto failHalfway = [](char* room) { return std::strcpy(room, "AB") == nullptr; };
+    EXPECT_EQ(sut.copyTo(text, 8, failHalfway), 0U);
+    EXPECT_STREQ(text, "-------");
+    const auto succeed = [](char* room) { return std::strcpy(room, "CD") != nullptr; };
+    EXPECT_EQ(sut.copyTo(text, 8, succeed), 1U);
+    EXPECT_STREQ(text, "CD");
+}
+
+class IdentificationFromManyThreads : public Identification {
+protected:
+    /// Runs something on eight threads that begin at once.
+    static void together(const std::function<void()>& run) {
+        std::atomic<int> waiting{8};
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 8; ++i) {
+            threads.emplace_back([&] {
+                --waiting;
+                while (waiting != 0) {
+                    std::this_thread::yield();
+                }
+                run();
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+};
+
+TEST_F(IdentificationFromManyThreads, NeverSeesATextInPart) {
+    platform.answerText("ddal_devicetree_get_serial_number", "0123456789ABCDEF");
+    for (int round = 0; round < 20; ++round) {
+        ps::hwapi::board::caches.forget();
+        together([] {
+            char text[17] = {};
+            EXPECT_EQ(ApiGetLocalUnitSerialNumber(text, 17), 1U);
+            EXPECT_STREQ(text, "0123456789ABCDEF");
+        });
+    }
+}
+
+TEST_F(IdentificationFromManyThreads, GivesAllTheSame) {
+    platform.hwSwId = 0x00A00000;
+    platform.ownNid = 0x1234;
+    platform.board = 0x12;
+    platform.answerText("ddal_devicetree_get_module_unit_id", "MDAK");
+    for (int round = 0; round < 20; ++round) {
+        ps::hwapi::board::caches.forget();
+        together([] {
+            EXPECT_EQ(ApiGetCurrentBoard(), 0x12);
+            EXPECT_EQ(ApiGetLocalUnitVersion(), EUnitVersion_Wim);
+            EXPECT_EQ(ApiGetModuleVersion(), 15U);
+            EXPECT_EQ(ApiGetLocalWimRatType(), 0U);
+        });
+    }
+    platform.takeLog();
+}
+
+} // namespace
+} // namespace mox::testing
