@@ -134,11 +134,7 @@ void addNew(CommandLine& line, CLI::App& group, const Shared& options) {
     verb.add_flag("--list", options->listBoards, "List the ready-made descriptions and end");
 }
 
-void addUp(CommandLine& line, CLI::App& group, const Shared& options) {
-    CLI::App& verb =
-        line.addVerb(group, "up", "Starts the services that do not run, and waits until they take messages.",
-                     [options](Session& session) { bringUp(session, *options); });
-    addDirectory(verb, options);
+void addStartOptions(CLI::App& verb, const Shared& options) {
     verb.add_option("--wait", options->seconds, "Limit of the wait; status 124 when it is reached")
         ->type_name("SECONDS")
         ->check(CLI::NonNegativeNumber.description(""))
@@ -148,6 +144,14 @@ void addUp(CommandLine& line, CLI::App& group, const Shared& options) {
         ->type_name(placeholder::directory)
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void addUp(CommandLine& line, CLI::App& group, const Shared& options) {
+    CLI::App& verb =
+        line.addVerb(group, "up", "Starts the services that do not run, and waits until they take messages.",
+                     [options](Session& session) { bringUp(session, *options); });
+    addDirectory(verb, options);
+    addStartOptions(verb, options);
 }
 
 void addDown(CommandLine& line, CLI::App& group, const Shared& options) {
@@ -160,6 +164,15 @@ void addDown(CommandLine& line, CLI::App& group, const Shared& options) {
         ->default_val(5);
 }
 
+void addReset(CommandLine& line, CLI::App& group, const Shared& options) {
+    CLI::App& verb = line.addVerb(group, "reset",
+                                  "Resets the devices: what was written to flash is loaded. Services that run are "
+                                  "stopped and started again.",
+                                  [options](Session& session) { resetNodes(session, *options); });
+    addDirectory(verb, options);
+    addStartOptions(verb, options);
+}
+
 } // namespace
 
 void addSimVerbs(CommandLine& line) {
@@ -167,6 +180,7 @@ void addSimVerbs(CommandLine& line) {
     addNew(line, group, std::make_shared<SimOptions>());
     addUp(line, group, std::make_shared<SimOptions>());
     addDown(line, group, std::make_shared<SimOptions>());
+    addReset(line, group, std::make_shared<SimOptions>());
     const auto options = std::make_shared<SimOptions>();
     CLI::App& status =
         line.addVerb(group, "status", "Shows nodes and services: process, state, registered CPIDs, since when.",

@@ -27,4 +27,8 @@ void bringUp(Session& session, const SimOptions& options);
 /// Stops every service that was started, and removes the names that dead processes have left. Throws Failure.
 void takeDown(Session& session, const SimOptions& options);
 
+/// Resets the devices of the run's nodes: what was written to flash is loaded. Services that run are stopped before and
+/// started again behind it. Throws Failure; a service that does not come up again leaves all of them down.
+void resetNodes(Session& session, const SimOptions& options);
+
 } // namespace mox::tools

@@ -2,6 +2,7 @@
 #include "RunView.hpp"
 #include "Session.hpp"
 #include "Sim.hpp"
+#include "SimServices.hpp"
 #include "StopProcesses.hpp"
 
 #include <host/run/Run.hpp>
@@ -9,23 +10,20 @@
 
 namespace mox::tools {
 
-void takeDown(Session& session, const SimOptions& options) {
-    session.useRun(options.directory);
+StoppedServices stopServices(Session& session, const std::vector<host::NodeDescription>& nodes, double seconds) {
     const host::Run& run = session.run();
-    const RunLock lock(run);
     StartedServices started(run);
+    StoppedServices stopped;
     std::vector<ProcessFacts> processes;
-    Json names = Json::array();
-    const auto nodes = nodesOf(run, session.namedNode());
     for (const host::NodeDescription& node : nodes) {
         for (const host::ServiceDescription& service : node.services) {
             if (const auto process = started.find(node.id, service.name)) {
                 processes.push_back(*process);
-                names.push_back(host::hex4(node.id) + "/" + service.name);
+                stopped.labels.push_back(serviceLabel(node.id, service.name));
             }
         }
     }
-    const unsigned killed = stopProcesses(processes, options.seconds);
+    stopped.killed = stopProcesses(processes, seconds);
     for (const host::NodeDescription& node : nodes) {
         for (const host::ServiceDescription& service : node.services) {
             started.forget(node.id, service.name);
@@ -36,8 +34,17 @@ void takeDown(Session& session, const SimOptions& options) {
                                   " goes on: it was not started by 'sim up'");
         }
     }
-    session.output().object({{"stopped", names}, {"killed", killed}});
-    session.output().note(names.empty() ? "nothing to do: no service runs" : "stopped " + cellText(names));
+    return stopped;
+}
+
+void takeDown(Session& session, const SimOptions& options) {
+    session.useRun(options.directory);
+    const host::Run& run = session.run();
+    const RunLock lock(run);
+    const StoppedServices stopped = stopServices(session, nodesOf(run, session.namedNode()), options.seconds);
+    session.output().object({{"stopped", stopped.labels}, {"killed", stopped.killed}});
+    session.output().note(stopped.labels.empty() ? "nothing to do: no service runs"
+                                                 : "stopped " + cellText(stopped.labels));
 }
 
 } // namespace mox::tools

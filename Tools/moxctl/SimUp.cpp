@@ -7,6 +7,7 @@
 #include "RunView.hpp"
 #include "Session.hpp"
 #include "Sim.hpp"
+#include "SimServices.hpp"
 #include "StopProcesses.hpp"
 
 #include <host/run/Run.hpp>
@@ -24,7 +25,7 @@ constexpr double secondsBetweenRemarks = 3;
 constexpr int listenMs = 20;
 
 std::string labelOf(const Launched& service) {
-    return host::hex4(service.node) + "/" + service.name;
+    return serviceLabel(service.node, service.name);
 }
 
 /// What a wait status says.
@@ -34,25 +35,6 @@ std::string endText(int status) {
     const int signal = exitStatus - signalBase;
     const char* name = signal > 0 ? sigabbrev_np(signal) : nullptr;
     return name != nullptr ? std::string("SIG") + name : "status " + std::to_string(exitStatus);
-}
-
-/// All that does not run yet. Every executable is looked for before the first one is started.
-std::vector<LaunchRequest> missingServices(const host::Run& run, const SimOptions& options,
-                                           std::optional<std::uint16_t> only) {
-    const StartedServices started(run);
-    std::vector<LaunchRequest> missing;
-    for (const host::NodeDescription& node : nodesOf(run, only)) {
-        for (const host::ServiceDescription& service : node.services) {
-            if (started.find(node.id, service.name)) {
-                continue;
-            }
-            std::vector<std::string> argv{findExecutable(service.executable, options.executableDirectories)};
-            argv.insert(argv.end(), service.arguments.begin(), service.arguments.end());
-            missing.push_back({run.path(), node.id, service.name, std::move(argv),
-                               run.nodePath(node.id) + "/log/" + service.name + ".out"});
-        }
-    }
-    return missing;
 }
 
 /// Services on their way up; those that this call has started end with it unless keep() was called.
@@ -148,29 +130,57 @@ void Rising::waitUntilReady(const Output& output, double seconds) {
 
 } // namespace
 
+std::string serviceLabel(std::uint16_t node, const std::string& name) {
+    return host::hex4(node) + "/" + name;
+}
+
+// Every executable is looked for before the first one is started.
+std::vector<LaunchRequest> requestsFor(Which which, const host::Run& run,
+                                       const std::vector<std::string>& executableDirectories,
+                                       std::optional<std::uint16_t> only) {
+    const StartedServices started(run);
+    std::vector<LaunchRequest> requests;
+    for (const host::NodeDescription& node : nodesOf(run, only)) {
+        for (const host::ServiceDescription& service : node.services) {
+            if (started.find(node.id, service.name).has_value() != (which == Which::running)) {
+                continue;
+            }
+            std::vector<std::string> argv{findExecutable(service.executable, executableDirectories)};
+            argv.insert(argv.end(), service.arguments.begin(), service.arguments.end());
+            requests.push_back({run.path(), node.id, service.name, std::move(argv),
+                                run.nodePath(node.id) + "/log/" + service.name + ".out"});
+        }
+    }
+    return requests;
+}
+
+std::vector<std::string> startServices(Session& session, const std::vector<LaunchRequest>& requests, double seconds) {
+    std::vector<std::string> labels;
+    if (requests.empty()) {
+        return labels;
+    }
+    session.startPlatform();
+    Rising rising(session.run());
+    for (const LaunchRequest& request : requests) {
+        const std::string label = serviceLabel(request.node, request.name);
+        session.output().detail("starting " + label);
+        interruption::check();
+        rising.start(request);
+        labels.push_back(label);
+    }
+    rising.waitUntilReady(session.output(), seconds);
+    rising.keep();
+    return labels;
+}
+
 void bringUp(Session& session, const SimOptions& options) {
     session.useRun(options.directory);
     const host::Run& run = session.run();
     const RunLock lock(run);
-    const std::vector<LaunchRequest> missing = missingServices(run, options, session.namedNode());
-    if (missing.empty()) {
-        session.output().object({{"started", Json::array()}});
-        session.output().note("nothing to do: all services run");
-        return;
-    }
-    session.startPlatform();
-    Rising rising(run);
-    Json names = Json::array();
-    for (const LaunchRequest& request : missing) {
-        session.output().detail("starting " + host::hex4(request.node) + "/" + request.name);
-        interruption::check();
-        rising.start(request);
-        names.push_back(host::hex4(request.node) + "/" + request.name);
-    }
-    rising.waitUntilReady(session.output(), options.seconds);
-    rising.keep();
-    session.output().object({{"started", names}});
-    session.output().note("started " + cellText(names));
+    const auto missing = requestsFor(Which::down, run, options.executableDirectories, session.namedNode());
+    const auto labels = startServices(session, missing, options.seconds);
+    session.output().object({{"started", labels}});
+    session.output().note(labels.empty() ? "nothing to do: all services run" : "started " + cellText(labels));
 }
 
 } // namespace mox::tools
