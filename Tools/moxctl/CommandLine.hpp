@@ -61,6 +61,8 @@ void addMsgVerbs(CommandLine& line);
 void addTagVerbs(CommandLine& line);
 void addRadVerbs(CommandLine& line);
 void addLogVerbs(CommandLine& line);
+void addImageVerbs(CommandLine& line);
+void addImageDiffVerb(CommandLine& line, CLI::App& group);
 void addCompletionVerbs(CommandLine& line);
 
 } // namespace mox::tools

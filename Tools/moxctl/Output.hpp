@@ -28,6 +28,7 @@ public:
     Output(bool json, bool quiet, bool verbose) : m_json(json), m_quiet(quiet), m_verbose(verbose) {}
 
     bool isJson() const { return m_json; }
+    bool isQuiet() const { return m_quiet; }
     bool isVerbose() const { return m_verbose; }
 
     /// A table, or one object with "schema" and the items. Throws Failure when standard output takes no more.

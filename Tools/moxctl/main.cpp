@@ -59,6 +59,7 @@ int main(int argc, char** argv) {
     addTagVerbs(line);
     addRadVerbs(line);
     addLogVerbs(line);
+    addImageVerbs(line);
     addCompletionVerbs(line);
     try {
         line.app().parse(argc, argv);
