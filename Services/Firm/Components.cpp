@@ -11,38 +11,24 @@ namespace {
 
 static_assert(Answer::pathSize == FIND_BINARY_ROW_SIZE, "an answer has room for every path that can be found");
 
-namespace constant {
-constexpr int needed = 1;
-constexpr int notNeeded = 0;
-constexpr std::uint32_t localBmu = 0;
-} // namespace constant
-
-/// The boot loader stays the one component that an older image never replaces: a board that does not start any more
-/// cannot be updated again.
-int checkUboot(const char* directory, char* path, bool force) {
-    return is_uboot_update_needed(directory, path, Answer::pathSize, force ? 1 : 0);
+int checkUboot(const char* directory, char* path, std::size_t size) {
+    return is_uboot_update_needed(directory, path, size, 0);
 }
 
-int whenForced(int result, bool force) {
-    return result == constant::notNeeded && force ? constant::needed : result;
+/// Asks again, because force does not overrule that an image is older: a board that does not start any more cannot be
+/// updated again.
+int checkForcedUboot(const char* directory, char* path, std::size_t size) {
+    return is_uboot_update_needed(directory, path, size, 1);
 }
 
-int checkBmu(const char* directory, char* path, bool force) {
-    return whenForced(is_bmu_update_needed(directory, path, Answer::pathSize), force);
-}
-
-int checkFpga(const char* directory, char* path, bool force) {
-    return whenForced(is_fpga_update_needed(directory, path, Answer::pathSize), force);
-}
-
-int updateBmu(const char* path) {
-    return update_bmu(path, constant::localBmu);
+int updateLocalBmu(const char* path) {
+    return update_bmu(path, 0);
 }
 
 constexpr ComponentFunctions components[] = {
-    {Component::uboot, "uboot", checkUboot, update_uboot},
-    {Component::bmu, "bmu", checkBmu, updateBmu},
-    {Component::fpga, "fpga", checkFpga, update_fpga},
+    {Component::uboot, "uboot", checkUboot, checkForcedUboot, update_uboot},
+    {Component::bmu, "bmu", is_bmu_update_needed, nullptr, updateLocalBmu},
+    {Component::fpga, "fpga", is_fpga_update_needed, nullptr, update_fpga},
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 #include "FirmMessages.hpp"
 
+#include <cstddef>
 #include <string>
 
 namespace mox::firm {
@@ -10,12 +11,13 @@ namespace mox::firm {
 struct ComponentFunctions {
     Component component;
     const char* name;
-    /// @param directory    of the image files
-    /// @param[out] path    Answer::pathSize bytes, empty before: the image file, if one was found
-    /// @param force        the update is wanted whatever is active; what this does not overrule is the component's own
-    ///                     business
+    /// @param directory  of the image files
+    /// @param[out] path  empty before: the image file, if one was found
+    /// @param size       of path in bytes
     /// @return 1 (needed), 0 (not needed), or the negative number of a failure
-    int (*check)(const char* directory, char* path, bool force);
+    int (*check)(const char* directory, char* path, std::size_t size);
+    /// The same where force meets a check that said 0. Null: force overrules it, there is nothing more to ask.
+    int (*checkForced)(const char* directory, char* path, std::size_t size);
     /// @param path  image file
     /// @return 0 or the negative number of the step that failed
     int (*update)(const char* path);

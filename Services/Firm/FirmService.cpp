@@ -13,25 +13,23 @@ namespace mox::firm {
 using kit::ByteOrder;
 using kit::makeDelegate;
 using kit::PayloadView;
-using ps::hwapi::common::ERadHwapi;
+using ps::hwapi::common::ERadHwapi_FIRM;
 using ps::hwapi::common::ERadHwapiState;
 
 namespace {
 
-// Indices of each domain's room that no other service uses.
-constexpr auto debugFlag = static_cast<ERadHwapi>(0x20104);
+// An index of the domain's room that no other service uses.
 constexpr auto stateParameter = static_cast<ERadHwapiState>(0x220032);
 
 constexpr const char* defaultDirectory = "/ffs/run/boot";
 
 } // namespace
 
-FirmService::FirmService() : Service("Firm", cpid, debugFlag, stateParameter) {
+FirmService::FirmService() : Service("Firm", cpid, ERadHwapi_FIRM, stateParameter) {
     GetArgumentParser().SetArgumentInfo("--directory=PATH Where the image files lie (/ffs/run/boot)\n");
 }
 
 void FirmService::Init() {
-    AaConfigRadSetDefault(debugFlag, "FIRM", 0);
     AaConfigRadSetDefault(stateParameter, "FirmState", 0);
     m_directory = directoryOption();
     AddMsgDelegate(makeDelegate(checkRequest, *this, &FirmService::onCheck));

@@ -9,8 +9,9 @@ namespace constant {
 constexpr int updated = 0;
 constexpr int secondarySlotFailed = -4; // only components with two slots have it
 // By state.
-constexpr const char* stateWords[] = {"not needed", "needed",        "updated",           "partly updated", "disabled",
-                                      "not clear",  "update failed", "unknown component", "malformed"};
+constexpr const char* stateWords[] = {"not needed", "needed",       "updated",       "partly updated",
+                                      "disabled",   "check failed", "update failed", "unknown component",
+                                      "malformed"};
 // By step; there is no step 0.
 constexpr const char* stepWords[] = {"", "asked", "checking", "flashing", "done"};
 } // namespace constant
@@ -71,8 +72,8 @@ void UpdateJob::report(Step step) const {
 
 void UpdateJob::answer(const Verdict& verdict) const {
     AaSysLogPrintE(severityOf(verdict.state), m_requester.feature(),
-                   "%s update %u of 0x%08X: %s%s, result %d, file '%s'", m_component.name, m_request.ticket,
-                   m_requester.address(), wordOf(verdict.state), verdict.forced ? " by force" : "", verdict.result,
+                   "%s update %u of 0x%08X: %s, result %d%s, file '%s'", m_component.name, m_request.ticket,
+                   m_requester.address(), wordOf(verdict.state), verdict.result, verdict.forced ? ", forced" : "",
                    verdict.path.c_str());
     m_requester.tell(updateResponse, answerOf(m_request, verdict));
 }

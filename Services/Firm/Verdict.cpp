@@ -2,16 +2,42 @@
 
 #include <mox/Firmware.h>
 
+#include <utility>
+
 namespace mox::firm {
 
 namespace {
 
-Verdict check(const ComponentFunctions& component, const std::string& directory, bool force) {
+namespace constant {
+constexpr int needed = 1;
+constexpr int notNeeded = 0;
+} // namespace constant
+
+void setResult(Verdict& verdict, int result) {
+    verdict.result = result;
+    verdict.state = result == constant::needed      ? State::needed
+                    : result == constant::notNeeded ? State::notNeeded
+                                                    : State::checkFailed;
+}
+
+using Check = int (*)(const char* directory, char* path, std::size_t size);
+
+Verdict ask(Check check, const std::string& directory) {
     char path[Answer::pathSize] = "";
     Verdict verdict;
-    verdict.result = component.check(directory.c_str(), path, force);
-    verdict.state = verdict.result < 0 ? State::checkFailed : verdict.result == 0 ? State::notNeeded : State::needed;
+    setResult(verdict, check(directory.c_str(), path, sizeof path));
     verdict.path = path;
+    return verdict;
+}
+
+Verdict askForced(const ComponentFunctions& component, const std::string& directory, Verdict unforced) {
+    Verdict verdict = std::move(unforced);
+    if (component.checkForced != nullptr) {
+        verdict = ask(component.checkForced, directory);
+    } else {
+        setResult(verdict, constant::needed);
+    }
+    verdict.forced = verdict.state == State::needed;
     return verdict;
 }
 
@@ -28,10 +54,9 @@ Verdict decide(const ComponentFunctions& component, const Request& request, cons
         verdict.state = State::disabled;
         return verdict;
     }
-    Verdict verdict = check(component, directory, false);
+    Verdict verdict = ask(component.check, directory);
     if (verdict.state == State::notNeeded && isForced(component, request, force)) {
-        verdict = check(component, directory, true);
-        verdict.forced = verdict.state == State::needed;
+        return askForced(component, directory, std::move(verdict));
     }
     return verdict;
 }

@@ -70,7 +70,8 @@ TEST_F(AFirmwareMarker, ForcesAsManyUpdatesAsItSays) {
     EXPECT_THAT(update(Component::fpga).answer, answers(State::notNeeded, 0, path));
     EXPECT_THAT(contentOf(forceFpga), Optional(std::string("0")));
     EXPECT_THAT(area("fpga-10001-2"), Optional(same.payload));
-    EXPECT_TRUE(firm.awaitOutput(HasSubstr(": updated by force, result 0"), limitMs));
+    EXPECT_TRUE(
+        firm.awaitOutput(HasSubstr(": updated, result 0, forced, file '/ffs/run/boot/KOR-TIRVO2-QE-10.bin'"), limitMs));
 }
 
 TEST_F(AFirmwareMarker, ForcesAnOlderBmuImage) {
@@ -95,6 +96,7 @@ TEST_F(AFirmwareMarker, ForcesNoOlderBootLoader) {
     const auto before = areas();
     EXPECT_EQ(update(Component::uboot).answer.state, State::notNeeded);
     EXPECT_EQ(areas(), before);
+    EXPECT_THAT(contentOf(marker("force-firmware-update-kor-uboot")), Optional(std::string("0")));
 }
 
 TEST_F(AFirmwareMarker, IsNotUsedUpByACheck) {
