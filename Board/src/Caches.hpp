@@ -1,8 +1,9 @@
 #pragma once
+#include "CopyText.hpp"
+
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <cstring>
 #include <mutex>
 
 namespace ps::hwapi::board {
@@ -41,7 +42,7 @@ public:
     /// The number of characters that the platform is asked for.
     static constexpr std::uint32_t asked = size;
 
-    /// Copies the text with strncpy.
+    /// Copies the text as copyText does.
     /// @param read  called with zeroed room for `asked` characters while the text is empty; true on success
     /// @return 1, or 0 (nothing is copied)
     template <typename Read>
@@ -55,7 +56,7 @@ public:
             m_text = fresh;
         }
         const std::lock_guard<std::mutex> guard(m_mutex);
-        std::strncpy(text, m_text.data(), length);
+        copyText(text, m_text.data(), length);
         return 1;
     }
 

@@ -1,14 +1,15 @@
+#include "CopyText.hpp"
 #include "Lookup.hpp"
 
 #include <ddal/ddal_devicetree.h>
 #include <mox/Board.h>
 #include <pal/AaSysLog.h>
 
-#include <cstring>
+namespace board = ps::hwapi::board;
 
 namespace {
 namespace constant {
-using ps::hwapi::board::constant::featureId;
+using board::constant::featureId;
 constexpr uint32_t dieIdSize = 129;
 constexpr uint32_t qualitySize = 9;
 } // namespace constant
@@ -23,7 +24,7 @@ uint32_t ApiGetDieId(char* text, uint32_t length) {
                        static_cast<unsigned int>(result));
         return 0;
     }
-    std::strncpy(text, dieId, length);
+    board::copyText(text, dieId, length);
     return 1;
 }
 
@@ -36,6 +37,6 @@ uint32_t ApiGetDieIdQuality(char* text, uint32_t length) {
                        static_cast<unsigned int>(result));
         return 0;
     }
-    std::strncpy(text, quality, length);
+    board::copyText(text, quality, length);
     return 1;
 }

@@ -1,3 +1,4 @@
+#include "CopyText.hpp"
 #include "Lookup.hpp"
 
 #include <ddal/ddal_devicetree.h>
@@ -30,7 +31,7 @@ uint32_t ApiGetExtModuleId(uint32_t portId, char* text, uint32_t length) {
             portId, static_cast<unsigned int>(result));
         return 0;
     }
-    std::strncpy(text, moduleId, length);
+    board::copyText(text, moduleId, length);
     return 1;
 }
 
@@ -45,7 +46,7 @@ uint32_t ApiGetExtModuleProductionCode(uint32_t portId, char* text, uint32_t len
                        portId, static_cast<unsigned int>(result));
         return 0;
     }
-    std::strncpy(text, productionCode, length);
+    board::copyText(text, productionCode, length);
     return 1;
 }
 
@@ -59,7 +60,7 @@ uint32_t ApiGetExtModuleSerialNumber(uint32_t portId, char* text, uint32_t lengt
                        portId, static_cast<unsigned int>(result));
         return 0;
     }
-    std::strncpy(text, serialNumber, length);
+    board::copyText(text, serialNumber, length);
     return 1;
 }
 

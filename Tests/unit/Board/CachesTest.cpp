@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <thread>
