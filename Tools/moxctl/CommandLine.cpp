@@ -45,7 +45,11 @@ CommandLine::CommandLine() : m_app(description, "moxctl") {
 }
 
 CLI::App& CommandLine::addGroup(const char* name, const char* text) {
-    CLI::App* group = m_app.add_subcommand(name, text);
+    return addGroup(m_app, name, text);
+}
+
+CLI::App& CommandLine::addGroup(CLI::App& above, const char* name, const char* text) {
+    CLI::App* group = above.add_subcommand(name, text);
     group->group("Groups");
     group->formatter(formatterFor("VERB"));
     group->require_subcommand(1);

@@ -20,6 +20,8 @@ public:
 
     /// A group of verbs, of which one must follow.
     CLI::App& addGroup(const char* name, const char* text);
+    /// A group within a group.
+    CLI::App& addGroup(CLI::App& above, const char* name, const char* text);
     /// A verb; the command runs after the whole line was found to be right.
     CLI::App& addVerb(CLI::App& group, const char* name, const char* text, Command command);
 
@@ -50,6 +52,8 @@ constexpr const char* service = "SERVICE";
 constexpr const char* tag = "TAG";
 constexpr const char* parameter = "PARAMETER";
 constexpr const char* node = "NID";
+constexpr const char* function = "FUNCTION";
+constexpr const char* fault = "ID";
 constexpr const char* directory = "DIR";
 constexpr const char* file = "FILE";
 } // namespace placeholder
@@ -63,6 +67,9 @@ void addRadVerbs(CommandLine& line);
 void addLogVerbs(CommandLine& line);
 void addImageVerbs(CommandLine& line);
 void addImageDiffVerb(CommandLine& line, CLI::App& group);
+void addIdVerbs(CommandLine& line);
+void addIdDecodeVerb(CommandLine& line, CLI::App& group);
+void addDdalVerbs(CommandLine& line);
 void addCompletionVerbs(CommandLine& line);
 
 } // namespace mox::tools

@@ -4,6 +4,8 @@
 #include "RadAccess.hpp"
 #include "RunView.hpp"
 
+#include <host/faults/Functions.hpp>
+#include <host/faults/Plan.hpp>
 #include <host/run/Run.hpp>
 
 #include <array>
@@ -30,6 +32,9 @@ constexpr std::array valueTable{
     ValueRow{"FILE|NAME", "{ _moxctl_values boards; compgen -f -- \"$current\"; }"},
     ValueRow{placeholder::directory, "compgen -d -- \"$current\""},
     ValueRow{placeholder::file, "compgen -f -- \"$current\""},
+    ValueRow{placeholder::function, "_moxctl_values functions"},
+    ValueRow{placeholder::fault, "_moxctl_values faults"},
+    ValueRow{"MODE", "echo stuck garbage"},
     ValueRow{"LEVEL", "echo debug info warning error"},
     ValueRow{"TYPE", "echo bytes text u8 u16 u32 u64"},
 };
@@ -190,13 +195,34 @@ std::set<std::string> boardNames(Session& /*session*/) {
     return names;
 }
 
+std::set<std::string> functionNames(Session& /*session*/) {
+    std::set<std::string> names;
+    for (const auto& [name, function] : host::faults::functions()) {
+        names.emplace(name);
+    }
+    return names;
+}
+
+std::set<std::string> faultIds(Session& session) {
+    std::set<std::string> ids;
+    std::string why; // whoever completes a line does not read it
+    if (const auto plan = host::faults::Plan::open(session.run().path(), why)) {
+        for (const host::faults::PlannedFault& fault : plan->list()) {
+            ids.insert(std::to_string(fault.id));
+        }
+    }
+    return ids;
+}
+
 struct Kind {
     const char* name;
     std::set<std::string> (*values)(Session&);
 };
 
-constexpr std::array kinds{Kind{"services", serviceNames}, Kind{"nodes", nodeNames}, Kind{"tags", tagNames},
-                           Kind{"parameters", parameterNames}, Kind{"boards", boardNames}};
+constexpr std::array kinds{Kind{"services", serviceNames}, Kind{"nodes", nodeNames},
+                           Kind{"tags", tagNames},         Kind{"parameters", parameterNames},
+                           Kind{"boards", boardNames},     Kind{"functions", functionNames},
+                           Kind{"faults", faultIds}};
 
 void printValues(Session& session, const std::string& name) {
     for (const Kind& kind : kinds) {
@@ -207,7 +233,8 @@ void printValues(Session& session, const std::string& name) {
             return;
         }
     }
-    throw Failure(ExitStatus::usage, "expected services, nodes, tags, parameters or boards, got '" + name + "'");
+    throw Failure(ExitStatus::usage,
+                  "expected services, nodes, tags, parameters, boards, functions or faults, got '" + name + "'");
 }
 
 } // namespace
@@ -220,7 +247,7 @@ void addCompletionVerbs(CommandLine& line) {
     CLI::App& values = line.addVerb(group, "values", "Prints what can stand in a place, for the script",
                                     [kind](Session& session) { printValues(session, *kind); });
     values.group(""); // not for people
-    addArgument(values, "KIND", *kind, "services, nodes, tags, parameters or boards").required();
+    addArgument(values, "KIND", *kind, "services, nodes, tags, parameters, boards, functions or faults").required();
 }
 
 } // namespace mox::tools

@@ -63,6 +63,7 @@ Launched launch(const LaunchRequest& request) {
     Launched launched{request.node, request.name, -1, {}, request.outputPath, lseek(output.get(), 0, SEEK_END)};
     host::SandboxOptions options;
     options.newSession = true;
+    options.environment = {{"MOX_SERVICE", request.name}};
     options.standardInput = nothing.get();
     options.standardOutput = output.get();
     options.standardError = output.get();

@@ -6,6 +6,7 @@
 #include <pal/AaConfig.h>
 #include <pal/AaStartup.h>
 
+#include <host/faults/Faults.hpp>
 #include <host/run/Run.hpp>
 
 #include <climits>
@@ -68,6 +69,7 @@ const host::Run& Session::run() const {
     } else {
         unsetenv("MOX_NODE");
     }
+    host::faults::spareThisProcess();
     std::string why;
     const host::Run::Attach result = host::Run::attach(why);
     if (result == host::Run::Attach::noSuchNode && node) {

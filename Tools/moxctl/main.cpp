@@ -60,6 +60,8 @@ int main(int argc, char** argv) {
     addRadVerbs(line);
     addLogVerbs(line);
     addImageVerbs(line);
+    addIdVerbs(line);
+    addDdalVerbs(line);
     addCompletionVerbs(line);
     try {
         line.app().parse(argc, argv);
