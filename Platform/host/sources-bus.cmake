@@ -16,6 +16,7 @@ target_sources(mox_host_logic PRIVATE
   core/Send.cpp
   bus/BadDatagrams.cpp
   bus/Claim.cpp
+  bus/Connection.cpp
   bus/Endpoint.cpp
   bus/Outbox.cpp
   bus/Process.cpp

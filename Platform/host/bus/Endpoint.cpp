@@ -24,6 +24,13 @@ using ReadBuffer = std::array<std::uint8_t, maxWireSize + 1>;
 
 thread_local const std::unique_ptr<ReadBuffer> t_readBuffer(new ReadBuffer);
 
+/// What the bytes begin with; zeros where they end early.
+SAaSysComMsgHeader headerIn(const std::uint8_t* bytes, std::size_t size) {
+    SAaSysComMsgHeader header{};
+    std::memcpy(&header, bytes, std::min(size, sizeof(header)));
+    return header;
+}
+
 } // namespace
 
 Endpoint::Endpoint(std::uint32_t sicad, int fd, Inbox& inbox) : m_sicad(sicad), m_fd(fd), m_inbox(inbox) {}
@@ -32,21 +39,37 @@ Endpoint::~Endpoint() {
     ::close(m_fd);
 }
 
-bool Endpoint::isWellFormed(const std::uint8_t* datagram, std::size_t wireSize) const {
-    SAaSysComMsgHeader header{};
-    std::memcpy(&header, datagram, std::min(wireSize, sizeof(header)));
-    if (wireSize < sizeof(header)) {
+/// @return length of the message that `bytes` begins with; 0: there is none, and why is noted
+std::size_t Endpoint::wellFormedMessage(const std::uint8_t* bytes, std::size_t size) const {
+    const SAaSysComMsgHeader header = headerIn(bytes, size);
+    const std::size_t wireSize = sizeof(header) + Message::bodySize(header);
+    if (size < sizeof(header)) {
         dropBadDatagram("shorter than a message header");
-    } else if (wireSize > maxWireSize) {
-        dropBadDatagram("longer than any message");
-    } else if (wireSize != sizeof(header) + Message::bodySize(header)) {
+    } else if (size < wireSize) {
         dropBadDatagram("its length is not what its header says");
     } else if (!isForHere(header.receiver)) {
         dropBadDatagram("its receiver is not the address that it was sent to");
     } else {
-        return true;
+        return wireSize;
     }
-    return false;
+    return 0;
+}
+
+/// A datagram holds one message, or several end to end.
+bool Endpoint::isWellFormed(const std::uint8_t* datagram, std::size_t size) const {
+    if (size > maxWireSize) {
+        dropBadDatagram("longer than any message");
+        return false;
+    }
+    std::size_t at = 0;
+    do {
+        const std::size_t length = wellFormedMessage(datagram + at, size - at);
+        if (length == 0) {
+            return false;
+        }
+        at += length;
+    } while (at < size);
+    return true;
 }
 
 /// Messages to other nodes come to an endpoint that relays them.
@@ -56,36 +79,41 @@ bool Endpoint::isForHere(std::uint32_t receiver) const {
     return !toOwnNode || (receiver & 0xFFFFU) == (m_sicad & 0xFFFFU);
 }
 
-Message* Endpoint::readOne() {
+/// Reads the next well-formed datagram, and gives its messages to `take`.
+/// @return false with errno: there is none, or no memory (ENOMEM) for one of them
+template <typename Take>
+bool Endpoint::readDatagram(const Take& take) {
     ReadBuffer& buffer = *t_readBuffer;
-    for (;;) {
+    std::size_t size = 0;
+    do {
         const ssize_t got = recv(m_fd, buffer.data(), buffer.size(), MSG_DONTWAIT);
         if (got < 0) {
-            return nullptr;
+            return false;
         }
-        const auto wireSize = static_cast<std::size_t>(got);
-        if (!isWellFormed(buffer.data(), wireSize)) {
-            continue;
-        }
-        Message* message = Message::allocate(static_cast<std::uint32_t>(wireSize - sizeof(SAaSysComMsgHeader)));
+        size = static_cast<std::size_t>(got);
+    } while (!isWellFormed(buffer.data(), size));
+    for (std::size_t at = 0; at < size;) {
+        const std::size_t bodySize = Message::bodySize(headerIn(buffer.data() + at, size - at));
+        Message* message = Message::allocate(static_cast<std::uint32_t>(bodySize));
         if (message == nullptr) {
             dropBadDatagram("no memory for it");
             errno = ENOMEM;
-            return nullptr;
+            return false;
         }
-        std::memcpy(message->handle(), buffer.data(), wireSize);
-        message->from = Message::From::ownersRead;
-        return message;
+        const std::size_t wireSize = sizeof(SAaSysComMsgHeader) + bodySize;
+        std::memcpy(message->handle(), buffer.data() + at, wireSize);
+        at += wireSize;
+        take(message);
     }
+    return true;
 }
 
 bool Endpoint::readForOwner() {
     const std::lock_guard<std::mutex> lock(m_readMutex);
-    Message* message = m_shutDown ? nullptr : readOne();
-    if (message != nullptr) {
+    return !m_shutDown && readDatagram([this](Message* message) {
+        message->from = Message::From::ownersRead;
         m_inbox.queueRead(message);
-    }
-    return message != nullptr;
+    });
 }
 
 bool Endpoint::moveToInbox(unsigned most) {
@@ -111,14 +139,15 @@ void Endpoint::pause() {
 }
 
 bool Endpoint::moveLocked(unsigned most) {
-    for (unsigned i = 0; i < most; ++i) {
-        Message* message = readOne();
-        if (message == nullptr) {
-            return errno != ENOMEM;
-        }
+    const auto take = [this](Message* message) {
         message->from = Message::From::readerThread;
         if (!m_inbox.pushRead(message)) {
             Message::release(message);
+        }
+    };
+    for (unsigned i = 0; i < most; ++i) {
+        if (!readDatagram(take)) {
+            return errno != ENOMEM;
         }
     }
     return true;

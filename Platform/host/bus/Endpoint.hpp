@@ -24,11 +24,11 @@ public:
     std::uint32_t sicad() const { return m_sicad; }
     int fd() const { return m_fd; }
 
-    /// Owner only. Moves the next well-formed message in the socket to the owner's queue.
-    /// @return false: there is none, or no memory for it
+    /// Owner only. Moves the messages of the next well-formed datagram in the socket to the owner's queue.
+    /// @return false: there is none, or no memory for one of them
     bool readForOwner();
 
-    /// What the reader thread does when the socket is readable: moves up to `most` messages to the inbox.
+    /// What the reader thread does when the socket is readable: moves up to `most` datagrams to the inbox.
     /// @return false: there was no memory left for messages
     bool moveToInbox(unsigned most);
 
@@ -48,11 +48,13 @@ public:
     void shutDown();
 
 private:
-    Message* readOne();
+    template <typename Take>
+    bool readDatagram(const Take& take);
     bool moveLocked(unsigned most);
     void pause();
     bool isForHere(std::uint32_t receiver) const;
-    bool isWellFormed(const std::uint8_t* datagram, std::size_t wireSize) const;
+    std::size_t wellFormedMessage(const std::uint8_t* bytes, std::size_t size) const;
+    bool isWellFormed(const std::uint8_t* datagram, std::size_t size) const;
 
     const std::uint32_t m_sicad;
     const int m_fd;

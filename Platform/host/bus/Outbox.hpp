@@ -1,17 +1,16 @@
 #pragma once
-/// Datagrams from this process to others of the run, over connected sockets that are kept open.
-#include "SocketNames.hpp"
-
-#include <sys/uio.h>
-
-#include <cstddef>
+/// What leaves this process for others of the run, over connections that are kept open.
+#include "Connection.hpp"
 
 namespace mox::host {
 
-enum class Delivery { done, gone, full, tooLong };
+/// Sends one message to an endpoint. A full receiver is asked to drain its socket, and waited for up to 2 s; messages
+/// that wait for room when the process ends are given as long. Messages from one thread to one endpoint arrive in
+/// order. Any thread.
+Delivery deliverMessage(const Run& run, SocketKey to, const void* message, std::size_t size);
 
-/// Sends one datagram made of `parts`. A receiver that is full is asked to drain its socket, and waited for up to 2 s.
-/// Datagrams from one thread to one receiver arrive in order. Any thread.
-Delivery deliver(const Run& run, SocketKey to, const iovec* parts, std::size_t partCount);
+/// Sends one datagram made of `parts`; waits for room up to 2 s. Those from one thread to one receiver arrive in order.
+/// Any thread.
+Delivery deliverDatagram(const Run& run, SocketKey to, const iovec* parts, std::size_t partCount);
 
 } // namespace mox::host

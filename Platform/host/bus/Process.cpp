@@ -163,7 +163,8 @@ bool tell(ProcessAddress to, Topic topic, std::string_view body) {
     NoticeHeader header{noticeMagic, static_cast<std::uint16_t>(topic), own.node, own.pid};
     const std::array<iovec, 2> parts{iovec{&header, sizeof(header)},
                                      iovec{const_cast<char*>(body.data()), body.size()}};
-    return deliver(*run, {SocketKey::Kind::process, to.node, to.pid}, parts.data(), parts.size()) == Delivery::done;
+    const SocketKey receiver{SocketKey::Kind::process, to.node, to.pid};
+    return deliverDatagram(*run, receiver, parts.data(), parts.size()) == Delivery::done;
 }
 
 void onNotice(Topic topic, NoticeHandler handler) {

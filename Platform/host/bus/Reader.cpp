@@ -76,6 +76,40 @@ void Reader::removeDescriptor(int fd) {
     const std::lock_guard<std::mutex> notServing(m_servingMutex);
 }
 
+void Reader::awaitRoom(int fd, std::function<void()> room) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    startIfNeeded();
+    const bool known = m_rooms.count(fd) != 0;
+    m_rooms[fd] = std::move(room);
+    epoll_event event{};
+    event.events = static_cast<std::uint32_t>(EPOLLOUT) | static_cast<std::uint32_t>(EPOLLONESHOT);
+    event.data.fd = fd;
+    epoll_ctl(m_epoll, known ? EPOLL_CTL_MOD : EPOLL_CTL_ADD, fd, &event);
+}
+
+void Reader::forgetRoom(int fd) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_rooms.erase(fd) != 0) {
+        epoll_ctl(m_epoll, EPOLL_CTL_DEL, fd, nullptr);
+    }
+}
+
+bool Reader::serveRoom(int fd) {
+    std::function<void()> room;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const auto known = m_rooms.find(fd);
+        if (known == m_rooms.end()) {
+            return false;
+        }
+        room.swap(known->second);
+    }
+    if (room) {
+        room();
+    }
+    return true;
+}
+
 void Reader::run() {
     std::array<epoll_event, 16> events{};
     for (;;) {
@@ -87,6 +121,9 @@ void Reader::run() {
 }
 
 void Reader::serve(int fd) {
+    if (serveRoom(fd)) {
+        return;
+    }
     const std::lock_guard<std::mutex> serving(m_servingMutex);
     std::shared_ptr<Endpoint> endpoint;
     std::shared_ptr<std::function<void()>> readable;

@@ -26,16 +26,23 @@ public:
     /// Returns when `readable` is not running and will not run again; not to be called by it.
     void removeDescriptor(int fd);
 
+    /// Runs `room` once on the reader thread when a connected socket has room; it must not block. One wait a socket.
+    void awaitRoom(int fd, std::function<void()> room);
+    /// Before the socket is closed.
+    void forgetRoom(int fd);
+
 private:
     Reader();
     void run();
     void serve(int fd);
+    bool serveRoom(int fd);
     void startIfNeeded();
 
     const int m_epoll;
     std::mutex m_mutex; ///< guards all below
     std::unordered_map<int, std::shared_ptr<Endpoint>> m_endpoints;
     std::unordered_map<int, std::shared_ptr<std::function<void()>>> m_descriptors;
+    std::unordered_map<int, std::function<void()>> m_rooms; ///< known to epoll; empty: not waited for just now
     bool m_started = false;
     std::mutex m_servingMutex; ///< held while a descriptor's function runs
 };

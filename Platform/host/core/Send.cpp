@@ -60,8 +60,8 @@ EAaSysComRetVal resultOf(Delivery delivery) {
 }
 
 EAaSysComRetVal sendOutside(const Run& run, Message* message, std::uint16_t node, std::uint16_t cpid) {
-    const iovec whole{message->handle(), message->wireSize()};
-    const Delivery delivery = deliver(run, {SocketKey::Kind::endpoint, node, cpid}, &whole, 1);
+    const Delivery delivery =
+        deliverMessage(run, {SocketKey::Kind::endpoint, node, cpid}, message->handle(), message->wireSize());
     if (delivery == Delivery::full) {
         logPlatform(3, "message 0x%04X from 0x%08X: receiver 0x%08X is full", message->header.id,
                     message->header.sender, message->header.receiver);

@@ -40,6 +40,10 @@ std::vector<std::string> badMessages() {
     bad.push_back(datagram({1, 0, receiver, 0, 0, 65535}, 65534));         // large and short
     bad.push_back(datagram({1, 0, receiver, 0, 3, 65535}, 65536 + 8 + 1)); // longer than any message
     bad.emplace_back(150000, 'x');                                         // much longer
+    // One that is bad spoils all of its datagram.
+    bad.push_back(datagram(good, 8) + datagram(good, 7));
+    bad.push_back(datagram(good, 8) + datagram({1, 0, 0x10110601, 0, 0, 8}, 8));
+    bad.push_back(datagram(good, 8) + datagram(good, 8) + "x");
     return bad;
 }
 
@@ -81,6 +85,18 @@ TEST_F(BadDatagram, ToAnEndpointIsDroppedAndCounted) {
         EXPECT_EQ(sut.ask("dropped"), std::to_string(i + 1)) << i;
     }
     expectService();
+}
+
+TEST_F(BadDatagram, IsNoneThatHoldsSeveralMessages) {
+    const std::string first = datagram({1, 0, receiver, 0x10110700, 3, 5}, 8 + 8);
+    const std::string second = datagram({2, 0, receiver, 0x10110701, 0, 0}, 0);
+    const std::string third = datagram({3, 0, receiver, 0x10110702, 0, 7}, 7);
+    ASSERT_TRUE(run.sendRaw(endpointSocket, first + second + third));
+    EXPECT_THAT(sut.ask("receive 10000000"), StartsWith("id 1 "));
+    EXPECT_THAT(sut.ask("receive 10000000"), StartsWith("id 2 "));
+    EXPECT_THAT(sut.ask("receive 10000000"), StartsWith("id 3 "));
+    EXPECT_EQ(sut.ask("receive 0"), "none");
+    EXPECT_EQ(sut.ask("dropped"), "0");
 }
 
 TEST_F(BadDatagram, ToAProcessIsDroppedAndCounted) {

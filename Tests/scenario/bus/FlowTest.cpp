@@ -4,9 +4,11 @@
 #include <signal.h>
 
 #include <array>
+#include <chrono>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 using mox::testing::address;
@@ -118,6 +120,34 @@ TEST(FlowToAProcessThatIsStopped, IsToldAsFullAfterTheTimeLimitAndNotBefore) {
     EXPECT_EQ(peers[2]->answer(), "all");
     peers[0]->signal(SIGCONT);
     EXPECT_EQ(peers[0]->ask("collect " + std::to_string(sent.sent) + " 10000000"), "all");
+}
+
+TEST(FlowToAProcessThatIsStopped, ArrivesAlthoughItsSenderEnds) {
+    const TestRun run;
+    const auto peers = registeredPeers(run, 2);
+    peers[0]->signal(SIGSTOP);
+    EXPECT_THAT(peers[1]->ask("send " + addressOfPeer(0) + " 1 64 200"), StartsWith("200 0 "));
+    std::thread later([&peers] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200)); // long enough to end without having sent
+        peers[0]->signal(SIGCONT);
+    });
+    EXPECT_EQ(peers[1]->end(), 0);
+    later.join();
+    EXPECT_EQ(peers[0]->ask("collect 200 10000000"), "all");
+}
+
+TEST(FlowToAProcessThatIsStopped, IsLostWithItAndToldOf) {
+    const TestRun run;
+    const auto peers = registeredPeers(run, 2);
+    peers[0]->signal(SIGSTOP);
+    EXPECT_THAT(peers[1]->ask("send " + addressOfPeer(0) + " 1 64 200"), StartsWith("200 0 "));
+    peers[0]->kill();
+    const auto giveUpAt = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    const std::string told = "bytes of messages to 0600.sock of node 1011 are lost: it has ended";
+    while (peers[1]->log().find(told) == std::string::npos && std::chrono::steady_clock::now() < giveUpAt)
+        std::this_thread::yield();
+    EXPECT_THAT(peers[1]->log(), testing::HasSubstr(told));
+    EXPECT_THAT(peers[1]->ask("send " + addressOfPeer(0) + " 1 64 1"), StartsWith("0 4 "));
 }
 
 TEST(FlowToAReceiverThatNeverReads, IsToldAsFullAndLeavesItsProcessAble) {
