@@ -1,6 +1,19 @@
+#include <mox/Board.h>
 #include <mox/BoardTables.hpp>
 
+#include <algorithm>
+
 namespace ps::hwapi::board {
+namespace {
+
+template <typename Rows>
+const typename Rows::value_type* rowOf(const Rows& rows, std::uint32_t key) {
+    const auto row =
+        std::find_if(rows.begin(), rows.end(), [key](const auto& candidate) { return candidate.key == key; });
+    return row == rows.end() ? nullptr : &*row;
+}
+
+} // namespace
 
 const std::array<UnitTypeRow, 6> UnitTypeList{{
     {6, 0x00200000, "EUnitType_Zup"},
@@ -44,5 +57,22 @@ const std::array<ModuleRow, 26> ModuleList{{
     {18, "MDAO"}, {28, "MDAP"}, {19, "MDAQ"},  {20, "MDAR"},  {29, "MDAS"},  {25, "MDAT"}, {26, "MDAU"},
     {33, "MDAV"}, {37, "MDAW"}, {43, "MDAAV"}, {44, "MDAJV"}, {45, "MDALV"},
 }};
+
+const UnitTypeRow* unitTypeRow(std::uint32_t hwSwId) {
+    return rowOf(UnitTypeList, hwSwId & constant::unitTypeMask);
+}
+
+std::uint32_t unitVersionMask(std::uint32_t hwSwId) {
+    const UnitTypeRow* const type = unitTypeRow(hwSwId);
+    return type != nullptr && type->value == EUnitType_Wim ? constant::wimVersionMask : constant::unitVersionMask;
+}
+
+const UnitVersionRow* unitVersionRow(std::uint32_t hwSwId) {
+    return rowOf(UnitVersionList, hwSwId & unitVersionMask(hwSwId));
+}
+
+const WimBoardTypeRow* wimBoardTypeRow(std::uint32_t rawType) {
+    return rowOf(wimBoardTypeList, rawType);
+}
 
 } // namespace ps::hwapi::board

@@ -1,5 +1,5 @@
 #include "CopyText.hpp"
-#include "Lookup.hpp"
+#include "Feature.hpp"
 
 #include <ddal/ddal_devicetree.h>
 #include <mox/Board.h>

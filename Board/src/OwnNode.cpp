@@ -1,5 +1,5 @@
 #include "Caches.hpp"
-#include "Lookup.hpp"
+#include "Feature.hpp"
 
 #include <ddal/ddal_rio.h>
 #include <mox/Board.h>

@@ -1,5 +1,5 @@
 #include "Caches.hpp"
-#include "Lookup.hpp"
+#include "Feature.hpp"
 
 #include <mox/Board.h>
 #include <mox/BoardTables.hpp>
@@ -10,17 +10,13 @@ namespace board = ps::hwapi::board;
 namespace {
 namespace constant {
 using board::constant::featureId;
-constexpr uint32_t typeMask = 0x0FF00000;
-constexpr uint32_t versionMask = 0x0FFFF000;
-/// Revisions of the Wim line are not told apart.
-constexpr uint32_t wimVersionMask = 0x00F00000;
 /// A unit version that no table row has.
 constexpr int yolmpr = 81;
 } // namespace constant
 } // namespace
 
 EUnitType ApiGetUnitTypeFromHwSwId(uint32_t hwSwId) {
-    const board::UnitTypeRow* const row = board::rowOf(board::UnitTypeList, hwSwId & constant::typeMask);
+    const board::UnitTypeRow* const row = board::unitTypeRow(hwSwId);
     if (row == nullptr) {
         AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, constant::featureId,
                        "ApiGetUnitType: returning EUnitType_Unknown (hwswid:0x%x)", hwSwId);
@@ -41,9 +37,9 @@ EUnitType ApiGetLocalUnitType() {
 }
 
 EUnitVersion ApiGetUnitVersionFromHwSwId(uint32_t hwSwId) {
-    const bool isWim = ApiGetUnitTypeFromHwSwId(hwSwId) == EUnitType_Wim;
-    const board::UnitVersionRow* const row =
-        board::rowOf(board::UnitVersionList, hwSwId & (isWim ? constant::wimVersionMask : constant::versionMask));
+    // The log tells the type first.
+    ApiGetUnitTypeFromHwSwId(hwSwId);
+    const board::UnitVersionRow* const row = board::unitVersionRow(hwSwId);
     if (row == nullptr) {
         AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, constant::featureId,
                        "ApiGetUnitVersion: returning EUnitVersion_Unknown (hwswid:0x%x)", hwSwId);

@@ -1,4 +1,4 @@
-#include "Lookup.hpp"
+#include "Feature.hpp"
 
 #include <ddal/ddal_unit.h>
 #include <mox/Board.h>
@@ -24,7 +24,7 @@ uint32_t rawBoardType() {
 
 EWimBoardType ApiGetWimBoardType() {
     const uint32_t rawType = rawBoardType();
-    const board::WimBoardTypeRow* const row = board::rowOf(board::wimBoardTypeList, rawType);
+    const board::WimBoardTypeRow* const row = board::wimBoardTypeRow(rawType);
     if (row == nullptr) {
         AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, constant::featureId,
                        "ApiGetWimBoardType: returning EWimBoardType_Unknown (boardType:0x%x)", rawType);

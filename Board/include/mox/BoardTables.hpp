@@ -1,10 +1,18 @@
 #pragma once
 /// The tables behind the look-ups of Board.h, for programs that list or explain them. Rows stand in the order in which
-/// they are searched, and the first match wins.
+/// they are searched, and the first match wins. Any thread; nothing here logs or blocks.
 #include <array>
 #include <cstdint>
 
 namespace ps::hwapi::board {
+namespace constant {
+/// The bits of a hardware/software identifier that tell the unit type.
+constexpr std::uint32_t unitTypeMask = 0x0FF00000;
+/// The bits that tell the unit version,
+constexpr std::uint32_t unitVersionMask = 0x0FFFF000;
+/// and those that do so for units of the Wim line, whose revisions are not told apart.
+constexpr std::uint32_t wimVersionMask = 0x00F00000;
+} // namespace constant
 
 struct UnitTypeRow {
     std::uint32_t value; ///< an EUnitType
@@ -35,5 +43,14 @@ extern const std::array<UnitVersionRow, 32> UnitVersionList;
 extern const std::array<WimBoardTypeRow, 9> wimBoardTypeList;
 /// Each row that is looked at is logged, in this order.
 extern const std::array<ModuleRow, 26> ModuleList;
+
+/// @return the row of a hardware/software identifier's unit type, or null
+const UnitTypeRow* unitTypeRow(std::uint32_t hwSwId);
+/// @return the bits of a hardware/software identifier that tell the version of its unit
+std::uint32_t unitVersionMask(std::uint32_t hwSwId);
+/// @return the row of a hardware/software identifier's unit version, or null
+const UnitVersionRow* unitVersionRow(std::uint32_t hwSwId);
+/// @return the row of a raw board type, or null
+const WimBoardTypeRow* wimBoardTypeRow(std::uint32_t rawType);
 
 } // namespace ps::hwapi::board

@@ -45,5 +45,27 @@ TEST(BoardTables, HaveRoomForTheirNames) {
     EXPECT_EQ(sizeof(WimBoardTypeRow::name), 28U);
 }
 
+TEST(BoardTables, GiveTheMatchedRow) {
+    EXPECT_EQ(unitTypeRow(0xF0A03FFF), &UnitTypeList[3]);
+    EXPECT_EQ(unitVersionRow(0xF0A03FFF), &UnitVersionList[27]);
+    EXPECT_EQ(unitVersionRow(0x00216ABC), &UnitVersionList[10]);
+    EXPECT_EQ(wimBoardTypeRow(9), &wimBoardTypeList[8]);
+}
+
+TEST(BoardTables, GiveNoRowForWhatTheyDoNotHold) {
+    EXPECT_EQ(unitTypeRow(0x0F100000), nullptr);
+    EXPECT_EQ(unitVersionRow(0), nullptr);
+    EXPECT_EQ(unitVersionRow(0x00202000), nullptr);
+    EXPECT_EQ(wimBoardTypeRow(0), nullptr);
+    EXPECT_EQ(wimBoardTypeRow(10), nullptr);
+}
+
+TEST(BoardTables, TellVersionsOfTheWimLineByFewerBits) {
+    EXPECT_EQ(unitVersionMask(0x00AFF000), 0x00F00000U);
+    EXPECT_EQ(unitVersionMask(0x01A00000), 0x0FFFF000U);
+    EXPECT_EQ(unitVersionMask(0x00200000), 0x0FFFF000U);
+    EXPECT_EQ(unitVersionMask(0), 0x0FFFF000U);
+}
+
 } // namespace
 } // namespace mox::testing
