@@ -86,12 +86,6 @@ TEST_F(BinaryValidate, ReportsATrailerThatDoesNotParse) {
     EXPECT_THAT(platformLines(), ElementsAre("4 0x20003: Trailer data parsing failed (code: 2)"));
 }
 
-TEST_F(BinaryValidate, ReportsTheParsersResult) {
-    mock::fail("AaGpuXmlParse").with(nullptr);
-    EXPECT_EQ(validate("<trailer/>"), 70401);
-    EXPECT_THAT(platformLines(), ElementsAre("4 0x20003: Trailer data parsing failed (code: 1)"));
-}
-
 TEST_F(BinaryValidate, ReportsADocumentWithoutTrailer) {
     EXPECT_EQ(validate("<image><trailer/></image>"), 70401);
     EXPECT_THAT(platformLines(), ElementsAre("1 0x20003: SW_DL_ERROR!!! could not find node"));
