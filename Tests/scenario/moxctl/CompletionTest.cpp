@@ -50,6 +50,7 @@ class Completion : public ::testing::TestWithParam<CompletionRow> {};
 TEST_P(Completion, OffersWhatCanStandThere) {
     const SimulatedRun run;
     run.moxctl({"tag", "set", "app.x", "1"});
+    run.moxctl({"ddal", "fault", "add", "AaSemWait"});
     const Words words = completed(run, GetParam().line);
     for (const std::string& word : GetParam().offered) {
         EXPECT_THAT(words, Contains(word));
@@ -71,6 +72,16 @@ INSTANTIATE_TEST_SUITE_P(
                       CompletionRow{{"msg", "send", ""}, {"Echo", "--payload", "--text"}, {"app.x"}},
                       CompletionRow{{"tag", "get", "app"}, {"app.x"}, {"Echo"}},
                       CompletionRow{{"log", "tail", "--level", ""}, {"debug", "error"}, {"Echo"}},
+                      CompletionRow{{"ddal", "fault", ""}, {"add", "list", "clear"}, {"fault"}},
+                      CompletionRow{{"ddal", "fault", "add", "ddal_fpga"},
+                                    {"ddal_fpga_update_mod", "ddal_fpga_get_active_version"},
+                                    {"AaSysComMsgSend"}},
+                      CompletionRow{{"ddal", "fault", "add", "AaSemWait", "--"},
+                                    {"--return", "--nth", "--times", "--delay", "--mode", "--service"},
+                                    {"--all"}},
+                      CompletionRow{{"ddal", "fault", "add", "AaSemWait", "--mode", ""}, {"stuck", "garbage"}, {"1"}},
+                      CompletionRow{{"ddal", "fault", "add", "AaSemWait", "--service", ""}, {"Echo"}, {"stuck"}},
+                      CompletionRow{{"ddal", "fault", "clear", ""}, {"1", "--all"}, {"2"}},
                       CompletionRow{{"completion", ""}, {"bash"}, {"values"}}));
 
 TEST(CompletionScript, IsAcceptedByBash) {

@@ -49,8 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
         HelpRow{{"sim", "up"}, {"[DIR]", "--wait SECONDS", "--exe-dir DIR", "MOX_EXE_PATH", "Global options"}},
         HelpRow{{"sim", "down"}, {"[DIR]", "--wait SECONDS", "killed"}},
         HelpRow{{"sim", "reset"}, {"[DIR]", "--wait SECONDS", "--exe-dir DIR", "flash"}},
-        HelpRow{{"sim", "status"}, {"[DIR]", "CPIDs"}},
-        HelpRow{{"ps"}, {"Usage: moxctl ps [OPTIONS] VERB", "list "}},
+        HelpRow{{"sim", "status"}, {"[DIR]", "CPIDs"}}, HelpRow{{"ps"}, {"Usage: moxctl ps [OPTIONS] VERB", "list "}},
         HelpRow{{"ps", "list"}, {"Usage: moxctl ps list", "processes"}},
         HelpRow{{"msg"}, {"send ", "request ", "monitor "}},
         HelpRow{{"msg", "send"}, {"TO ID", "--payload", "--text TEXT", "--file FILE", "--from SICAD", "--count N"}},
@@ -63,7 +62,12 @@ INSTANTIATE_TEST_SUITE_P(
         HelpRow{{"rad", "get"}, {" PARAMETER", "name"}}, HelpRow{{"rad", "set"}, {"PARAMETER [VALUE]", "--default"}},
         HelpRow{{"log"}, {"tail "}},
         HelpRow{{"log", "tail"}, {"[SERVICE]", "-f,--follow", "-n,--lines N", "--level LEVEL", "--feature PARAMETER"}},
-        HelpRow{{"completion"}, {"bash "}}, HelpRow{{"completion", "bash"}, {"source"}}));
+        HelpRow{{"ddal"}, {"fault "}}, HelpRow{{"ddal", "fault"}, {"add ", "list ", "clear "}},
+        HelpRow{{"ddal", "fault", "add"},
+                {"FUNCTION", "--return CODE", "--nth N", "--times N", "--delay T", "--mode MODE", "--service SERVICE",
+                 "A message whose sending is faulted is destroyed"}},
+        HelpRow{{"ddal", "fault", "clear"}, {"[ID...]", "--all"}}, HelpRow{{"completion"}, {"bash "}},
+        HelpRow{{"completion", "bash"}, {"source"}}));
 
 TEST(Moxctl, TellsItsVersion) {
     const CommandResult result = moxctlAlone({"--version"});
