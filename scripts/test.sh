@@ -45,4 +45,18 @@ randomBits=$(cat /proc/sys/vm/mmap_rnd_bits 2>/dev/null || echo 28)
 if [[ $preset == tsan ]] && ((randomBits > 28)); then
     run=(setarch "$(uname -m)" -R "${run[@]}")
 fi
-exec "${run[@]}"
+
+# Shows what the sweeps have covered between the tests and ctest's summary.
+export MOX_SWEEP_REPORT=$top/build/$preset/sweeps.txt
+: >"$MOX_SWEEP_REPORT"
+withSweeps() {
+    local line
+    while IFS= read -r line; do
+        if [[ $line =~ ^[0-9]+%\ tests\ passed && -s $MOX_SWEEP_REPORT ]]; then
+            sort "$MOX_SWEEP_REPORT"
+            echo
+        fi
+        printf '%s\n' "$line"
+    done
+}
+"${run[@]}" | withSweeps

@@ -1,3 +1,4 @@
+#include "mock/Faults.hpp"
 #include "mock/FunctionTable.hpp"
 #include "unit/Firmware/update/UpdateFixture.hpp"
 
@@ -90,6 +91,15 @@ TEST_F(FpgaOfTheBoard, HasTwoTablesThatDifferForOneUnitType) {
     EXPECT_EQ(get_fpga(nullptr, nullptr, &id), 0);
     EXPECT_EQ(id, 0x70001U);
     EXPECT_EQ(fpga_id_local(), 0U);
+}
+
+TEST_F(FpgaOfTheBoard, IsNeverThatOfAnotherUnitBecauseOneReadingFailed) {
+    setUnit("KORE");
+    const char* chip = nullptr;
+    const mock::Fault fault = mock::fail("ddal_devicetree_get_unit_id").with(DDAL_IO_ERROR);
+    EXPECT_EQ(get_fpga(nullptr, &chip, nullptr), 0);
+    EXPECT_STREQ(chip, "TIRVAK-QE");
+    EXPECT_EQ(fault.fired(), 1U);
 }
 
 TEST_F(FpgaOfTheBoard, IsUnknownWhenTheUnitIs) {
