@@ -3,6 +3,7 @@
 #include "ImageCreate.hpp"
 #include "ImageShow.hpp"
 #include "LibraryLog.hpp"
+#include "Numbers.hpp"
 #include "OutputFile.hpp"
 #include "Progress.hpp"
 

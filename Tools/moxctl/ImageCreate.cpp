@@ -244,16 +244,6 @@ void remarkOnName(const Output& output, const std::string& image) {
 
 } // namespace
 
-std::uint32_t readHwSwId(const std::string& text) {
-    const bool isPrefixed = text.rfind("0x", 0) == 0 || text.rfind("0X", 0) == 0;
-    const std::string digits = text.substr(isPrefixed ? 2 : 0);
-    if (digits.empty() || digits.size() > 8 ||
-        digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
-        refuse("hardware/software identifier", "1 to 8 hexadecimal digits, with or without 0x", text);
-    }
-    return static_cast<std::uint32_t>(std::strtoul(digits.c_str(), nullptr, 16));
-}
-
 void createImage(const Output& output, const CreateOptions& options) {
     checkOptions(options);
     const Payload payload(options.payload);

@@ -25,8 +25,4 @@ struct CreateOptions {
 /// is read back with the functions that a board uses before it gets its name. Throws Failure; then there is no image.
 void createImage(const Output& output, const CreateOptions& options);
 
-/// A hardware/software identifier as images list them: up to 8 hexadecimal digits, with or without 0x.
-/// Throws Failure (usage).
-std::uint32_t readHwSwId(const std::string& text);
-
 } // namespace mox::tools

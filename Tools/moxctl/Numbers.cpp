@@ -39,6 +39,17 @@ std::uint16_t readNodeId(const std::string& text) {
     return static_cast<std::uint16_t>(*number);
 }
 
+std::uint32_t readHwSwId(const std::string& text) {
+    const bool isPrefixed = text.rfind("0x", 0) == 0 || text.rfind("0X", 0) == 0;
+    const auto number = host::parseNumber(isPrefixed ? text : "0x" + text);
+    if (!number || *number > UINT32_MAX) {
+        throw Failure(ExitStatus::usage, "hardware/software identifier: expected a hexadecimal number of 32 bits, with "
+                                         "or without 0x, got '" +
+                                             text + "'");
+    }
+    return static_cast<std::uint32_t>(*number);
+}
+
 std::string showAddress(std::uint32_t sicad) {
     char text[16];
     std::snprintf(text, sizeof text, "%04x:%04x", sicad >> 16U, sicad & 0xFFFFU);

@@ -18,6 +18,9 @@ std::uint16_t readId(const std::string& text, const char* what);
 /// Reads a node id: hexadecimal with or without 0x, as everywhere in a run. Throws Failure (usage).
 std::uint16_t readNodeId(const std::string& text);
 
+/// Reads a hardware/software identifier: hexadecimal with or without 0x, as images list them. Throws Failure (usage).
+std::uint32_t readHwSwId(const std::string& text);
+
 /// "1011:0600".
 std::string showAddress(std::uint32_t sicad);
 

@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
         WrongRow{"noNumber", {"--version", "1.2", "--hwswid", "1"}, "got '1.2'"},
         WrongRow{"negative", {"--version=-1", "--hwswid", "1"}, "got '-1'"},
         WrongRow{"emptyHex", {"--version", "0x", "--hwswid", "1"}, "got '0x'"},
-        WrongRow{"longId", {"--version", "1", "--hwswid", "123456789"}, "expected 1 to 8 hexadecimal digits"},
+        WrongRow{"longId", {"--version", "1", "--hwswid", "123456789"}, "expected a hexadecimal number of 32 bits"},
         WrongRow{"wordId", {"--version", "1", "--hwswid", "KORE"}, "got 'KORE'"},
         WrongRow{"twice", {"--version", "1", "--hwswid", "1", "--hwswid", "0x01"}, "expected each identifier once"},
         WrongRow{"feed", {"--version", "1", "--hwswid", "1", "--sw-id", "a\nb"}, "--sw-id: expected printable ASCII"},
@@ -308,7 +308,7 @@ TEST_F(MoxctlImage, IsVerifiedForABoard) {
     EXPECT_EQ(matchOf("00505100"), "none/IMAGE_ERR_HWSWID/4");
     const CommandResult wrong = moxctlAlone({"image", "verify", at("a.bin"), "--hwswid", "KORE"});
     EXPECT_EQ(wrong.status, 2);
-    EXPECT_THAT(wrong.err, HasSubstr("expected 1 to 8 hexadecimal digits"));
+    EXPECT_THAT(wrong.err, HasSubstr("expected a hexadecimal number of 32 bits"));
 }
 
 TEST_F(MoxctlImage, IsNotedUponWhereSomethingIsOddAndDoesNoHarm) {
