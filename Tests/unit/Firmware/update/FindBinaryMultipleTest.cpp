@@ -1,5 +1,5 @@
 #include "mock/FunctionTable.hpp"
-#include "unit/Firmware/update/PrintingFails.hpp"
+#include "unit/Firmware/update/LibraryFails.hpp"
 #include "unit/Firmware/update/UpdateFixture.hpp"
 
 #include <ddal/ddal.h>
@@ -145,6 +145,14 @@ TEST_F(ImageSearch, FallsBackToNamesWithoutBoardType) {
         if (entry == "BMU-v1.bin" || entry == "VEL-BMU.bin")
             expected.push_back("info File '" + entry + "' matches");
     EXPECT_THAT(takeLines(function), ElementsAreArray(expected));
+}
+
+TEST_F(ImageSearch, ReportsADirectoryThatIsGoneBeforeTheFallback) {
+    touch("BMU.bin");
+    const OpeningDirectoriesFails fails(2);
+    EXPECT_EQ(find(), -4);
+    EXPECT_EQ(takeLines(function).back(), "info opendir(/ffs/run/boot) failed");
+    EXPECT_THAT(bytesOf(rows[0]), Each('#'));
 }
 
 TEST_F(ImageSearch, LeavesOthersAloneOnceThereIsOneOfTheBoardType) {
