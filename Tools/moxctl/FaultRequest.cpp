@@ -189,7 +189,7 @@ std::string showEffect(const Rule& rule) {
 }
 
 std::string showCalls(const Rule& rule) {
-    const std::string first = std::to_string(rule.first);
+    std::string first = std::to_string(rule.first);
     if (rule.times == 1) {
         return first;
     }
