@@ -1,6 +1,6 @@
 #pragma once
 /// Texts in buffers of callers: a null buffer or one without room is left alone.
-#include <cstdio>
+#include <cstddef>
 #include <cstring>
 
 namespace ps::hwapi::common::update {

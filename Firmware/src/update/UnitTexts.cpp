@@ -1,4 +1,5 @@
 #include "update/DdalFailure.hpp"
+#include "update/OutText.hpp"
 
 #include <ddal/ddal_devicetree.h>
 #include <mox/Firmware.h>
@@ -25,7 +26,7 @@ void replace(Text& kept, const Text& text) {
 
 void keep(const Text& unitId) {
     Text type{};
-    std::strncpy(type.data(), unitId.data(), constant::unitTypeLength);
+    copyText(type.data(), constant::unitTypeLength + 1, unitId.data());
     const std::lock_guard<std::mutex> guard(s_mutex);
     replace(s_version, unitId);
     replace(s_type, type);

@@ -1,9 +1,10 @@
+#include "update/OutText.hpp"
+
 #include <mox/UpdateRules.hpp>
 
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
-#include <cstring>
 
 namespace ps::hwapi::common::update {
 namespace {
@@ -57,7 +58,7 @@ using LowerCase = std::array<char, constant::unitTextSize>;
 
 LowerCase lowerCaseOf(const char* unitType) {
     LowerCase lower{};
-    std::strncpy(lower.data(), unitType, lower.size() - 1);
+    copyText(lower.data(), lower.size(), unitType);
     std::transform(lower.begin(), lower.end(), lower.begin(),
                    [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
     return lower;

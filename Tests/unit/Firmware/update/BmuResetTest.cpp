@@ -11,7 +11,6 @@
 namespace mox::firmwaretest {
 namespace {
 
-using ::testing::_;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;

@@ -13,12 +13,10 @@
 namespace mox::firmwaretest {
 namespace {
 
-using ::testing::_;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
-using ::testing::SizeIs;
 using ::testing::StartsWith;
 using ::testing::UnorderedElementsAre;
 

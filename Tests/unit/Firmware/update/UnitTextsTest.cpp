@@ -15,7 +15,6 @@ using mock::callCount;
 using ::testing::_;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Return;
 
 class UnitTexts : public UpdateFixture {
 protected:
