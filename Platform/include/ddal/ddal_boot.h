@@ -31,9 +31,9 @@ int ddal_boot_get_uboot_version(uint32_t length, char* version);
 
 /// Writes a boot loader image to flash. It runs from the next reset on.
 /// @param path  image file without trailer; it may be removed after the call
-/// @return DDAL_OK, DDAL_NOT_FOUND (no such file), DDAL_INVALID_PARAMETER (null path), DDAL_BUSY (another update runs),
-///         DDAL_NO_SPACE (larger than the flash area), DDAL_NO_DEVICE, DDAL_IO_ERROR (the area may then be half
-///         written)
+/// @return DDAL_OK, DDAL_NOT_FOUND (no such file), DDAL_INVALID_PARAMETER (null path or an empty file),
+///         DDAL_BUSY (another update runs), DDAL_NO_SPACE (larger than the flash area), DDAL_NO_DEVICE, DDAL_IO_ERROR
+///         (the area may then be half written)
 /// Any thread, one update at a time. Blocks for the time of erasing and writing, up to 60000 ms.
 int ddal_boot_update_uboot(const char* path);
 

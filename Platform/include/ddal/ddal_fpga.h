@@ -29,9 +29,9 @@ int ddal_fpga_get_active_version(uint32_t fpgaId, uint32_t* version);
 /// @param fpgaId  device identifier
 /// @param slot    DDAL_FPGA_SLOT_PRIMARY or DDAL_FPGA_SLOT_SECONDARY
 /// @param path    image file without trailer; it may be removed after the call
-/// @return DDAL_OK, DDAL_NO_DEVICE, DDAL_NOT_FOUND (no such file), DDAL_INVALID_PARAMETER (null path or no such area),
-///         DDAL_BUSY (another update of the device runs), DDAL_NO_SPACE (larger than the area), DDAL_IO_ERROR (the area
-///         may then be half written)
+/// @return DDAL_OK, DDAL_NO_DEVICE, DDAL_NOT_FOUND (no such file), DDAL_INVALID_PARAMETER (null path, no such area
+///         or an empty file), DDAL_BUSY (another update of the device runs), DDAL_NO_SPACE (larger than the area),
+///         DDAL_IO_ERROR (the area may then be half written)
 /// Any thread, one update of a device at a time. Blocks for the time of erasing and writing, up to 600000 ms.
 int ddal_fpga_update_mod(uint32_t fpgaId, uint32_t slot, const char* path);
 
