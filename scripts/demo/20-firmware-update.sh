@@ -32,14 +32,14 @@ flashHolds() {
 update() {
     local said=$work/said got=$work/got.jsonl monitor
     : >"$said"
-    moxctl --json msg monitor 0x0700 --count "$2" --timeout 30 >"$got" 2>"$said" &
+    moxctl --json msg monitor 0x0700 --count "$2" --timeout 20 >"$got" 2>"$said" &
     monitor=$!
     for _ in {1..100}; do
         [[ -s $said ]] && break
         sleep 0.05
     done
     must moxctl msg send 1011:0620 0x0623 --hex "$(printf '%02x000000' "$1")0300000000000000" --from 1011:0700
-    wait "$monitor" || wrong "the messages did not come: $(<"$said")"
+    wait "$monitor" || wrong "expected $2 messages, got: $("$draw" --messages "$got")"
     cat "$got" >>"$work/messages.jsonl"
     output=$("$draw" --messages "$got")
     printf '%s\n' "$output"
