@@ -31,7 +31,9 @@ bool mayBeEmptied(int descriptor, int image) {
 /// Takes the descriptor over.
 File streamOf(int descriptor, bool usable, const char* mode) {
     File stream(usable ? fdopen(descriptor, mode) : nullptr);
-    if (!stream && descriptor >= 0) {
+    if (stream) {
+        std::setvbuf(stream.get(), nullptr, _IONBF, 0);
+    } else if (descriptor >= 0) {
         close(descriptor);
     }
     return stream;
@@ -47,11 +49,7 @@ File openImage(const char* path) {
 File createPayload(const char* path, std::FILE* image) {
     const int descriptor = open(path, O_WRONLY | O_CREAT | O_NOFOLLOW | openAlways, 0600);
     const bool usable = mayBeEmptied(descriptor, fileno(image)) && ftruncate(descriptor, 0) == 0;
-    File stream = streamOf(descriptor, usable, "w");
-    if (stream) {
-        std::setvbuf(stream.get(), nullptr, _IONBF, 0);
-    }
-    return stream;
+    return streamOf(descriptor, usable, "w");
 }
 
 std::uint32_t boardSize(long position) {

@@ -1,5 +1,6 @@
 #pragma once
-/// Files that images are read from and payloads are written to.
+/// Files that images are read from and payloads are written to. Their streams have no buffers: what is read goes where
+/// it is wanted at once, and a write that fails is seen when it is made.
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -18,7 +19,7 @@ File openImage(const char* path);
 /// Creates a file that only its owner may use, or empties an existing one. Neither a link nor another kind of file
 /// opens, nor does one that has a second name or is the image itself, and none of these is changed.
 /// @param image  where the payload comes from
-/// @return without buffer, so that a write that fails is seen when it is made; null on failure
+/// @return null on failure
 File createPayload(const char* path, std::FILE* image);
 
 /// A size or position in a file as the 32-bit board sees it.
@@ -34,7 +35,7 @@ public:
     std::size_t size() const { return m_large ? largeSize : sizeof(m_small); }
 
 private:
-    static constexpr std::size_t largeSize = 65536;
+    static constexpr std::size_t largeSize = 262144;
     // On the caller's stack, which may be one of 4096 bytes.
     unsigned char m_small[1024];
     std::unique_ptr<unsigned char[]> m_large;

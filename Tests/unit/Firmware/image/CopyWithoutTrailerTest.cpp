@@ -23,7 +23,8 @@ protected:
 };
 
 TEST_F(CopyWithoutTrailer, WritesThePayloadAndNothingElse) {
-    for (const std::size_t size : {1U, 2U, 1023U, 1024U, 1025U, 65535U, 65536U, 65537U, 300001U}) {
+    for (const std::size_t size :
+         {1U, 2U, 1023U, 1024U, 1025U, 65535U, 65536U, 65537U, 262143U, 262144U, 262145U, 600001U}) {
         const std::string payload = someBytes(size);
         EXPECT_EQ(copy(imageOf(payload, trailerFor(payload))), 0) << size;
         EXPECT_EQ(contentOf(in("payload")), payload) << size;

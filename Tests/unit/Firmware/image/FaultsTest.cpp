@@ -13,6 +13,9 @@ using ::testing::IsEmpty;
 
 class WithFaults : public OnImages {
 protected:
+    /// What the library reads at once.
+    static constexpr std::size_t block = 262144;
+
     WithFaults() : m_path(write(imageOf(m_payload, trailerFor(m_payload)))) {}
 
     int getTrailer() {
@@ -36,7 +39,7 @@ protected:
     std::string couldNotRead() const { return "info: get_trailer(): Could not read file: " + m_path; }
     std::string errorInReading() const { return "info: get_trailer(): Error in reading file: " + m_path; }
 
-    const std::string m_payload = someBytes(200001);
+    const std::string m_payload = someBytes(600001);
     const std::string m_path;
 };
 
@@ -116,14 +119,13 @@ TEST_F(GetTrailerWithFaults, HasNoFurtherCallThatCouldFail) {
 
 TEST_F(GetTrailerWithFaults, FailsWhenTheFileShrinksMeanwhile) {
     const StdioFault fault("fread", 2, [this] { std::filesystem::resize_file(m_path, m_payload.size()); });
-    const int result = getTrailer();
-    // What the stream had read ahead already may still be whole.
-    EXPECT_TRUE(result == 0 || result == 70406) << result;
+    EXPECT_EQ(getTrailer(), 70406);
+    EXPECT_EQ(lastLine(), errorInReading());
 }
 
-TEST_F(GetTrailerWithFaults, FailsWhenALongTrailerShrinksMeanwhile) {
-    write(imageOf("payload", std::string(100000, 't')));
-    const StdioFault fault("fread", 2, [this] { std::filesystem::resize_file(m_path, 50000); });
+TEST_F(GetTrailerWithFaults, FailsWhenTheFileLosesItsLastByteMeanwhile) {
+    const StdioFault fault("fread", 2,
+                           [this] { std::filesystem::resize_file(m_path, std::filesystem::file_size(m_path) - 1); });
     EXPECT_EQ(getTrailer(), 70406);
     EXPECT_EQ(lastLine(), errorInReading());
 }
@@ -139,10 +141,9 @@ TEST_F(CalculateCrcWithFaults, FailsWhereTheBeginIsNotReached) {
 }
 
 TEST_F(CalculateCrcWithFaults, CountsTheLastWordAgainWhereNothingMoreIsRead) {
-    const std::size_t block = 65536;
     const StdioFault fault("fread", 2);
     std::uint32_t crc = 1;
-    EXPECT_EQ(calculate_crc(m_path.c_str(), block + 9, &crc), 0);
+    EXPECT_EQ(calculate_crc(m_path.c_str(), static_cast<std::uint32_t>(block + 9), &crc), 0);
     const std::string last = m_payload.substr(block - 4, 4);
     EXPECT_EQ(crc, crcOf(m_payload.substr(0, block) + last + last + std::string(1, '\0')));
 }
@@ -194,9 +195,9 @@ TEST_F(CopyWithFaults, DoesNotCreateADestinationBeforeTheSourceIsKnownToBeGood) 
 
 TEST_F(CopyWithFaults, KeepsWhatIsWritten) {
     expect("fread", 3, -9);
-    EXPECT_EQ(contentOf(in("payload")), m_payload.substr(0, 65536));
+    EXPECT_EQ(contentOf(in("payload")), m_payload.substr(0, block));
     expect("fwrite", 3, -10);
-    EXPECT_EQ(contentOf(in("payload")), m_payload.substr(0, 131072));
+    EXPECT_EQ(contentOf(in("payload")), m_payload.substr(0, 2 * block));
 }
 
 TEST_F(CopyWithFaults, SeesThatAFileSystemIsFullWhenTheFileIsClosed) {
@@ -204,9 +205,9 @@ TEST_F(CopyWithFaults, SeesThatAFileSystemIsFullWhenTheFileIsClosed) {
 }
 
 TEST_F(CopyWithFaults, EndsWhereTheSourceShrinksMeanwhile) {
-    const StdioFault fault("fread", 3, [this] { std::filesystem::resize_file(m_path, 100000); });
+    const StdioFault fault("fread", 3, [this] { std::filesystem::resize_file(m_path, block + 100000); });
     EXPECT_EQ(copy(), -9);
-    EXPECT_EQ(contentOf(in("payload")), m_payload.substr(0, 100000));
+    EXPECT_EQ(contentOf(in("payload")), m_payload.substr(0, block + 100000));
 }
 
 TEST_F(CopyWithFaults, EndsWhereTheSourceHasShrunkSinceItWasChecked) {
@@ -217,7 +218,7 @@ TEST_F(CopyWithFaults, EndsWhereTheSourceHasShrunkSinceItWasChecked) {
 }
 
 TEST_F(CopyWithFaults, HasNoFurtherCallThatCouldFail) {
-    const unsigned limits[] = {2, 3, 1, 5, 4};
+    const unsigned limits[] = {2, 3, 1, 4, 3};
     const char* const functions[] = {"fdopen", "fseek", "ftell", "fread", "fwrite"};
     for (std::size_t i = 0; i < 5; ++i) {
         const StdioFault fault(functions[i], 100);
