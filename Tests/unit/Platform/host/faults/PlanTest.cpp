@@ -5,7 +5,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
+#include <cstring>
 #include <fstream>
 #include <set>
 #include <thread>
@@ -31,9 +33,35 @@ protected:
     }
     std::uint32_t add(Plan& plan, const Rule& rule) { return plan.add(rule, why).value_or(0); }
 
+    std::string bytes() const {
+        std::ifstream file(directory / "faults", std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+    /// The bits of the planned functions, as calls see them.
+    std::uint32_t bits() const {
+        std::uint32_t word = 0;
+        std::memcpy(&word, bytes().data() + 64, sizeof word);
+        return word;
+    }
+
     mox::testing::TemporaryDirectory directory;
     std::string why;
 };
+
+TEST_F(PlanOfARun, WithdrawsABitWithTheLastFaultThatNeedsIt) {
+    const auto plan = open();
+    ASSERT_NE(functionBit("AaSemWait"), functionBit("AaSemPost"));
+    const auto first = add(*plan, ruleFor("AaSemWait"));
+    const auto second = add(*plan, ruleFor("AaSemWait"));
+    add(*plan, ruleFor("AaSemPost"));
+    EXPECT_EQ(bits(), functionBit("AaSemWait") | functionBit("AaSemPost"));
+    plan->clear(first);
+    EXPECT_EQ(bits(), functionBit("AaSemWait") | functionBit("AaSemPost"));
+    plan->clear(second);
+    EXPECT_EQ(bits(), functionBit("AaSemPost"));
+    plan->clearAll();
+    EXPECT_EQ(bits(), 0U);
+}
 
 TEST_F(PlanOfARun, KeepsEverythingThatARuleSays) {
     Rule rule = ruleFor("ddal_fpga_update_mod");
@@ -64,15 +92,13 @@ TEST_F(PlanOfARun, LiesInTheFileAsItsFormatSays) {
     Rule rule = ruleFor("ddal_fpga_update_mod");
     rule.result = static_cast<std::uint64_t>(std::int64_t{-5});
     add(*open(), rule);
-    std::ifstream file(directory / "faults", std::ios::binary);
-    const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    ASSERT_EQ(bytes.size(), 36864U);
-    EXPECT_EQ(bytes.substr(0, 8), "MOXFLT1\x01");
-    EXPECT_EQ(bytes.substr(4096, 16), std::string("\x01\0\0\0\0\0\0\0\x01\0\0\0\0\0\0\0", 16));
-    EXPECT_EQ(bytes.substr(4096 + 24, 8), "\xFB\xFF\xFF\xFF\xFF\xFF\xFF\xFF");
-    EXPECT_EQ(bytes.substr(4096 + 72, 21), std::string("ddal_fpga_update_mod\0", 21));
-    const auto bits = functionBit("ddal_fpga_update_mod");
-    EXPECT_EQ(bytes.substr(64, 4), std::string(reinterpret_cast<const char*>(&bits), 4));
+    const std::string file = bytes();
+    ASSERT_EQ(file.size(), 36864U);
+    EXPECT_EQ(file.substr(0, 8), "MOXFLT1\x01");
+    EXPECT_EQ(file.substr(4096, 16), std::string("\x01\0\0\0\0\0\0\0\x01\0\0\0\0\0\0\0", 16));
+    EXPECT_EQ(file.substr(4096 + 24, 8), "\xFB\xFF\xFF\xFF\xFF\xFF\xFF\xFF");
+    EXPECT_EQ(file.substr(4096 + 72, 21), std::string("ddal_fpga_update_mod\0", 21));
+    EXPECT_EQ(bits(), 1U << 29U);
 }
 
 TEST_F(PlanOfARun, NeverGivesAnIdTwice) {
@@ -124,15 +150,19 @@ TEST_F(PlanOfARun, NamesWhatKeepsItFromBeingOpened) {
 }
 
 TEST_F(PlanOfARun, TakesFaultsFromManyAtOnce) {
-    constexpr unsigned each = 20;
+    constexpr unsigned each = 2000;
+    constexpr unsigned kept = 10;
     std::vector<std::thread> threads;
+    std::atomic<int> ready{0};
     for (int i = 0; i < 4; ++i)
-        threads.emplace_back([this] {
+        threads.emplace_back([&] {
             std::string reason;
             const auto plan = Plan::open(directory.path(), reason);
+            for (++ready; ready < 4;)
+                std::this_thread::yield();
             for (unsigned n = 0; n < each; ++n) {
                 const auto id = plan->add(ruleFor("a"), reason);
-                if (n % 2 == 0)
+                if (n >= kept && id)
                     plan->clear(*id);
             }
         });
@@ -141,7 +171,7 @@ TEST_F(PlanOfARun, TakesFaultsFromManyAtOnce) {
     std::set<std::uint32_t> ids;
     for (const PlannedFault& fault : open()->list())
         ids.insert(fault.id);
-    EXPECT_EQ(ids.size(), 4 * each / 2);
+    EXPECT_EQ(ids.size(), 4 * kept);
     EXPECT_EQ(add(*open(), ruleFor("b")), 4 * each + 1);
 }
 
