@@ -35,7 +35,7 @@ public:
     std::size_t size() const { return m_large ? largeSize : sizeof(m_small); }
 
 private:
-    static constexpr std::size_t largeSize = 262144;
+    static constexpr std::size_t largeSize = 65536;
     // On the caller's stack, which may be one of 4096 bytes.
     unsigned char m_small[1024];
     std::unique_ptr<unsigned char[]> m_large;

@@ -87,9 +87,9 @@ TEST_F(CalculateCrc, IsThatOfZlibAtEachLength) {
 }
 
 TEST_F(CalculateCrc, IsThatOfZlibAroundTheBlocksOfReading) {
-    const std::string bytes = someBytes(2 * 262144 + 5);
+    const std::string bytes = someBytes(3 * 65536 + 5);
     const std::string path = write(bytes);
-    for (const std::uint32_t block : {1024U, 4096U, 16384U, 32768U, 65536U, 131072U, 262144U, 2U * 262144U}) {
+    for (const std::uint32_t block : {1024U, 4096U, 16384U, 32768U, 65536U, 131072U, 3U * 65536U}) {
         for (std::uint32_t length = block - 5; length <= block + 5; ++length) {
             EXPECT_EQ(calculate(path, length).value, crcOf(bytes.substr(0, length))) << length;
         }
@@ -124,8 +124,7 @@ TEST_F(CalculateCrcOfAShortFile, LogsTheZeroBytes) {
 }
 
 TEST_F(CalculateCrcOfAShortFile, IsThatOfAWordwiseReader) {
-    for (const std::size_t size :
-         {0U, 1U, 2U, 3U, 4U, 5U, 7U, 1023U, 1024U, 1027U, 65535U, 65536U, 65537U, 65539U, 262143U, 262145U}) {
+    for (const std::size_t size : {0U, 1U, 2U, 3U, 4U, 5U, 7U, 1023U, 1024U, 1027U, 65535U, 65536U, 65537U, 65539U}) {
         const std::string path = write(someBytes(size));
         for (const std::uint32_t more : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 1000U, 65536U, 200003U}) {
             expectAsWordwise(path, static_cast<std::uint32_t>(size) + more);
@@ -136,9 +135,9 @@ TEST_F(CalculateCrcOfAShortFile, IsThatOfAWordwiseReader) {
 
 TEST_F(CalculateCrcOfAShortFile, IsThatOfAWordwiseReaderWhateverTheSizes) {
     std::mt19937 random(20240229);
-    for (unsigned round = 0; round < 100; ++round) {
-        const std::string path = write(someBytes(random() % 300000, round));
-        expectAsWordwise(path, static_cast<std::uint32_t>(random() % 600000));
+    for (unsigned round = 0; round < 300; ++round) {
+        const std::string path = write(someBytes(random() % 70000, round));
+        expectAsWordwise(path, static_cast<std::uint32_t>(random() % 140000));
         expectAsWordwise(path, static_cast<std::uint32_t>(random() % 40));
     }
 }
