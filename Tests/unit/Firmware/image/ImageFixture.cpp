@@ -3,8 +3,11 @@
 #include "unit/Platform/host/config/TemporaryDirectory.hpp"
 
 #include <dirent.h>
+#include <unistd.h>
 #include <zlib.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -17,6 +20,15 @@ namespace {
 using ::testing::_;
 using ::testing::AnyNumber;
 using ::testing::Invoke;
+
+/// A directory in memory where there is such a file system: thousands of small files take their time on a disk.
+std::unique_ptr<testing::TemporaryDirectory> newDirectory() {
+    std::error_code none;
+    if (std::filesystem::is_directory("/dev/shm", none) && access("/dev/shm", W_OK) == 0) {
+        setenv("TMPDIR", "/dev/shm", 1);
+    }
+    return std::make_unique<testing::TemporaryDirectory>();
+}
 
 std::string asText(int level, unsigned int feature, const std::string& text) {
     std::ostringstream line;
@@ -89,7 +101,7 @@ std::size_t openDescriptors() {
     return count;
 }
 
-OnImages::OnImages() : m_descriptors(openDescriptors()), m_directory(std::make_unique<testing::TemporaryDirectory>()) {
+OnImages::OnImages() : m_descriptors(openDescriptors()), m_directory(newDirectory()) {
     EXPECT_CALL(m_log, AaSysLogPrintE(_, _, _))
         .Times(AnyNumber())
         .WillRepeatedly(Invoke([this](auto level, unsigned int feature, const std::string& text) {
