@@ -1,5 +1,5 @@
-// Each call that the updates, and the questions before them, make of the platform fails in turn: the result is the
-// stated one, nothing stays open, and the next attempt goes well.
+// Each call that the updates, and the questions before them, make of the platform fails in turn: each has a result that
+// callers know it by, nothing stays open, and the next attempt goes well.
 #include "mock/Faults.hpp"
 #include "mock/Ledger.hpp"
 #include "sweep/Report.hpp"
@@ -95,7 +95,7 @@ protected:
     }
 };
 
-TEST_P(UpdateFaults, HaveTheStatedResultsAndLeaveNothingOpen) {
+TEST_P(UpdateFaults, HaveTheirOwnResultsAndLeaveNothingOpen) {
     const std::uint64_t calls =
         sweep(&ask, GetParam().resultOfQuestion, GetParam().question) + sweep(&update, 0, GetParam().update);
     if (!HasFailure())
