@@ -67,9 +67,11 @@ void addRadVerbs(CommandLine& line);
 void addLogVerbs(CommandLine& line);
 void addImageVerbs(CommandLine& line);
 void addImageDiffVerb(CommandLine& line, CLI::App& group);
+void addFwVerbs(CommandLine& line);
 void addIdVerbs(CommandLine& line);
 void addIdDecodeVerb(CommandLine& line, CLI::App& group);
 void addDdalVerbs(CommandLine& line);
+void addFlashVerbs(CommandLine& line);
 void addCompletionVerbs(CommandLine& line);
 
 } // namespace mox::tools

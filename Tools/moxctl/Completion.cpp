@@ -32,6 +32,8 @@ constexpr std::array valueTable{
     ValueRow{"FILE|NAME", "{ _moxctl_values boards; compgen -f -- \"$current\"; }"},
     ValueRow{placeholder::directory, "compgen -d -- \"$current\""},
     ValueRow{placeholder::file, "compgen -f -- \"$current\""},
+    ValueRow{"PAYLOAD", "compgen -f -- \"$current\""},
+    ValueRow{"COMPONENT", "echo uboot bmu fpga"},
     ValueRow{placeholder::function, "_moxctl_values functions"},
     ValueRow{placeholder::fault, "_moxctl_values faults"},
     ValueRow{"MODE", "echo stuck garbage"},

@@ -244,7 +244,7 @@ void addIdVerbs(CommandLine& line) {
                                  "Changes the identity that a node's hardware has. Services remember what they have "
                                  "read: they see it after their next start.",
                                  [options](Session& session) { setIdentity(session, *options); });
-    set.add_option("--hwswid", options->hwSwId, "Hardware/software identifier, hexadecimal")->type_name("ID");
+    set.add_option("--hwswid", options->hwSwId, "Hardware/software identifier, hexadecimal")->type_name("HWSWID");
     set.add_option("--unit-id", options->unitId, "Unit id, such as KORE; at most 7 characters")->type_name("TEXT");
     set.add_option("--serial", options->serialNumber, "Serial number, at most 16 characters")->type_name("TEXT");
     set.add_option("--production-code", options->productionCode, "Production code, at most 12 characters")

@@ -124,7 +124,7 @@ void addCreate(CommandLine& line, CLI::App& group) {
         ->required();
     verb.add_option("--hwswid", options->hwSwIds,
                     "Hardware/software identifier of a board that may take it, hexadecimal; may be repeated")
-        ->type_name("ID")
+        ->type_name("HWSWID")
         ->required()
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
@@ -156,7 +156,7 @@ void addVerify(CommandLine& line, CLI::App& group) {
                                   [options](Session& session) { verify(session, *options); });
     verb.add_option("FILE", options->images, "Images")->type_name("")->required();
     verb.add_option("--hwswid", options->hwSwId, "Whether the board with this identifier takes them, hexadecimal")
-        ->type_name("ID");
+        ->type_name("HWSWID");
 }
 
 } // namespace

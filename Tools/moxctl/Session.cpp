@@ -69,7 +69,9 @@ const host::Run& Session::run() const {
     } else {
         unsetenv("MOX_NODE");
     }
-    host::faults::spareThisProcess();
+    if (!m_takesPart) {
+        host::faults::spareThisProcess();
+    }
     std::string why;
     const host::Run::Attach result = host::Run::attach(why);
     if (result == host::Run::Attach::noSuchNode && node) {

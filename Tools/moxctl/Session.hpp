@@ -35,6 +35,10 @@ public:
     /// A run that a command names beside the options. Before run().
     void useRun(const std::string& directory);
 
+    /// Makes this process a part of the node: faults that are planned for the node's processes are its own, too. Before
+    /// run(). Otherwise moxctl looks into the run from outside.
+    void takePart() { m_takesPart = true; }
+
     /// The run, joined on the first call. Throws Failure: noRun, notFound (no such node), usage (no node id).
     const host::Run& run() const;
 
@@ -49,6 +53,7 @@ private:
     GlobalOptions m_options;
     Output m_output;
     bool m_started = false;
+    bool m_takesPart = false;
 };
 
 } // namespace mox::tools

@@ -1,6 +1,7 @@
 #include "CommandLine.hpp"
 #include "Failure.hpp"
 #include "Interruption.hpp"
+#include "NodeProcess.hpp"
 
 #include <algorithm>
 #include <exception>
@@ -42,6 +43,8 @@ int runCommand(const CommandLine& line) {
         interruption::begin();
         line.chosen()(session);
         return static_cast<int>(ExitStatus::done);
+    } catch (const DoneElsewhere& done) {
+        return done.status;
     } catch (const Failure& failure) {
         return fail(session.output(), failure);
     } catch (const std::exception& failure) {
@@ -60,8 +63,10 @@ int main(int argc, char** argv) {
     addRadVerbs(line);
     addLogVerbs(line);
     addImageVerbs(line);
+    addFwVerbs(line);
     addIdVerbs(line);
     addDdalVerbs(line);
+    addFlashVerbs(line);
     addCompletionVerbs(line);
     try {
         line.app().parse(argc, argv);

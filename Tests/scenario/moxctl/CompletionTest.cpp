@@ -82,6 +82,14 @@ INSTANTIATE_TEST_SUITE_P(
                       CompletionRow{{"ddal", "fault", "add", "AaSemWait", "--mode", ""}, {"stuck", "garbage"}, {"1"}},
                       CompletionRow{{"ddal", "fault", "add", "AaSemWait", "--service", ""}, {"Echo"}, {"stuck"}},
                       CompletionRow{{"ddal", "fault", "clear", ""}, {"1", "--all"}, {"2"}},
+                      CompletionRow{{"fw", ""}, {"check", "update", "disable", "enable", "force", "status"}, {"fw"}},
+                      CompletionRow{{"fw", "check", ""}, {"uboot", "bmu", "fpga", "--explain", "--dir"}, {"Echo"}},
+                      CompletionRow{{"image", ""}, {"create", "info", "verify", "extract", "diff"}, {"list"}},
+                      CompletionRow{{"image", "verify", "/etc/host"}, {"/etc/hostname"}, {"Echo"}},
+                      CompletionRow{{"image", "create", "/etc/host"}, {"/etc/hostname"}, {"Echo"}},
+                      CompletionRow{
+                          {"image", "create", "a", "b", "--"}, {"--version", "--hwswid", "--mark"}, {"--dir"}},
+                      CompletionRow{{"id", ""}, {"show", "decode", "set"}, {"get"}},
                       CompletionRow{{"completion", ""}, {"bash"}, {"values"}}));
 
 TEST(CompletionScript, IsAcceptedByBash) {

@@ -43,7 +43,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         HelpRow{{},
                 {"Usage: moxctl [OPTIONS] GROUP VERB", "--run DIR", "--node NID", "--json", "--quiet", "-v,--verbose",
-                 "--version", "sim ", "ps ", "msg ", "tag ", "rad ", "log ", "completion ", "124 time limit"}},
+                 "--version", "sim ", "ps ", "msg ", "tag ", "rad ", "log ", "image ", "fw ", "id ", "completion ",
+                 "124 time limit"}},
         HelpRow{{"sim"}, {"Usage: moxctl sim [OPTIONS] VERB", "new ", "up ", "down ", "reset ", "status "}},
         HelpRow{{"sim", "new"}, {"Usage: moxctl sim new [OPTIONS] [DIR]", "--board FILE|NAME", "--list", "echo-pair"}},
         HelpRow{{"sim", "up"}, {"[DIR]", "--wait SECONDS", "--exe-dir DIR", "MOX_EXE_PATH", "Global options"}},
@@ -67,7 +68,23 @@ INSTANTIATE_TEST_SUITE_P(
                 {"FUNCTION", "--return CODE", "--nth N", "--times N", "--delay T", "--mode MODE", "--service SERVICE",
                  "A message whose sending is faulted is destroyed"}},
         HelpRow{{"ddal", "fault", "clear"}, {"[ID...]", "--all"}}, HelpRow{{"completion"}, {"bash "}},
-        HelpRow{{"completion", "bash"}, {"source"}}));
+        HelpRow{{"completion", "bash"}, {"source"}},
+        HelpRow{{"image"}, {"create ", "info ", "verify ", "extract ", "diff "}},
+        HelpRow{{"image", "create"},
+                {"PAYLOAD OUT", "--version VERSION", "--hwswid HWSWID", "--target-unit TEXT", "--sw-id TEXT",
+                 "--build-time TEXT", "--format-version N", "--mark", "MOX-SW-VERSION", "--force"}},
+        HelpRow{{"image", "info"}, {" FILE"}}, HelpRow{{"image", "verify"}, {"FILE", "--hwswid HWSWID", "status 4"}},
+        HelpRow{{"image", "extract"}, {"FILE [OUT]", "--trailer", "--force"}},
+        HelpRow{{"image", "diff"}, {"FILE FILE2", "status 4"}},
+        HelpRow{{"fw"}, {"check ", "update ", "disable ", "enable ", "force ", "status "}},
+        HelpRow{{"fw", "check"}, {"COMPONENT", "uboot, bmu or fpga", "--dir DIR", "/ffs/run/boot", "--explain"}},
+        HelpRow{{"fw", "update"}, {"COMPONENT [FILE]", "--dir DIR", "--force"}},
+        HelpRow{{"fw", "disable"}, {"--unit-type UNITTYPE"}}, HelpRow{{"fw", "enable"}, {"marker"}},
+        HelpRow{{"fw", "force"}, {"COMPONENT COUNT"}}, HelpRow{{"fw", "status"}, {"versions"}},
+        HelpRow{{"id"}, {"show ", "decode ", "set "}}, HelpRow{{"id", "show"}, {"identity"}},
+        HelpRow{{"id", "decode"}, {"HWSWID", "hexadecimal"}},
+        HelpRow{{"id", "set"},
+                {"--hwswid HWSWID", "--unit-id TEXT", "--serial TEXT", "--production-code TEXT", "next start"}}));
 
 TEST(Moxctl, TellsItsVersion) {
     const CommandResult result = moxctlAlone({"--version"});
