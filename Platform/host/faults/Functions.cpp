@@ -38,22 +38,18 @@ void add(Table& table, std::string_view name, std::string_view resultType) {
     function.name = name;
     function.result = shapeOf<Result>();
     function.resultType = resultType;
-    function.handsOut = std::is_pointer_v<Result>;
     const std::vector<OutputKind> byType{kindOfType<Parameters>()...};
+    bool pointsToPointer = false;
+    bool isWritten = false;
     for (std::size_t i = 0; i < byType.size(); ++i) {
         const OutputKind kind = kindOf(name, i, byType[i]);
-        function.handsOut = function.handsOut || kind == OutputKind::handedOut;
+        pointsToPointer = pointsToPointer || kind == OutputKind::handedOut;
         function.hasOutputs = function.hasOutputs || kind != OutputKind::none;
-        function.canGarble = function.canGarble || (kind != OutputKind::none && kind != OutputKind::length);
+        isWritten = isWritten || (kind != OutputKind::none && kind != OutputKind::length);
     }
-}
-
-/// Nothing is known of what such a function points to.
-void forgetHandedOut(Table& table) {
-    for (auto& [name, function] : table) {
-        const bool isHandle = function.handsOut && function.result.kind != ResultShape::Kind::pointer;
-        function.canGarble = function.canGarble && !isHandle;
-    }
+    function.handsOut = std::is_pointer_v<Result> || pointsToPointer;
+    // Nothing is known of what such a function points to.
+    function.canGarble = isWritten && !pointsToPointer;
 }
 
 Table makeTable() {
@@ -66,7 +62,6 @@ Table makeTable() {
 #include <families/pal.def>
     add<int>(table, "AaSysLogPrint", "int");
     add<int>(table, "AaSysLogPrintE", "int");
-    forgetHandedOut(table);
     return table;
 }
 
