@@ -37,7 +37,7 @@ void FirmService::Init() {
 }
 
 std::string FirmService::directoryOption() {
-    const std::string text = GetArgumentParser().ReadArgument("directory");
+    std::string text = GetArgumentParser().ReadArgument("directory");
     if (text == "arg off") {
         return defaultDirectory;
     }

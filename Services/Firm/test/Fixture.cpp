@@ -33,7 +33,7 @@ std::uint32_t FirmTest::serviceOn(std::uint16_t node) {
 }
 
 std::string FirmTest::put(const Image& image, const std::string& name) {
-    const std::string path = std::string(imageDirectory) + "/" + name;
+    std::string path = std::string(imageDirectory) + "/" + name;
     image.write(path);
     return path;
 }
@@ -41,8 +41,7 @@ std::string FirmTest::put(const Image& image, const std::string& name) {
 Answer FirmTest::check(Component component, std::uint32_t flags) {
     Messages client;
     const Request request{ticket, component, flags};
-    const auto answer =
-        recordOf<Answer>(client.request(service(), checkRequest, bytesOf(request), checkResponse, limitMs));
+    auto answer = recordOf<Answer>(client.request(service(), checkRequest, bytesOf(request), checkResponse, limitMs));
     EXPECT_EQ(answer.ticket, ticket);
     EXPECT_EQ(answer.component, component);
     return answer;
@@ -51,7 +50,7 @@ Answer FirmTest::check(Component component, std::uint32_t flags) {
 UpdateRun FirmTest::update(Component component, std::uint32_t flags) {
     Messages client;
     client.send(service(), updateRequest, bytesOf(Request{ticket, component, flags}));
-    const UpdateRun run = awaitUpdate(client, ticket);
+    UpdateRun run = awaitUpdate(client, ticket);
     EXPECT_EQ(run.answer.component, component);
     return run;
 }

@@ -26,7 +26,7 @@ constexpr const char* powerGoesAtTheFifth = "cut:5";
 class AnUpdate : public FirmTest {
 protected:
     ChildService firm{"Firm", stateParameter};
-    const Image image;
+    const Image image{};
     const std::map<std::string, std::string> before = areas();
 };
 const BoardOf s_pair("AnUpdate", Board::named("firm-pair"));
@@ -45,7 +45,7 @@ protected:
     static ChildService firmWith(const char* plan) {
         return ChildService(ChildRequest{"Firm", stateParameter, {}, 0, limitMs, {{flashPlan, plan}}});
     }
-    const Image image;
+    const Image image{};
 };
 const BoardOf s_broken("AnUpdateOnBrokenFlash", Board::named("firm-pair"));
 
