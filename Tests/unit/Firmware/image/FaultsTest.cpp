@@ -2,6 +2,8 @@
 #include "unit/Firmware/image/ImageFixture.hpp"
 #include "unit/Firmware/image/StdioFaults.hpp"
 
+#include <fcntl.h>
+
 #include <cstdlib>
 #include <filesystem>
 
@@ -128,6 +130,40 @@ TEST_F(GetTrailerWithFaults, FailsWhenTheFileLosesItsLastByteMeanwhile) {
                            [this] { std::filesystem::resize_file(m_path, std::filesystem::file_size(m_path) - 1); });
     EXPECT_EQ(getTrailer(), 70406);
     EXPECT_EQ(lastLine(), errorInReading());
+}
+
+/// Whether this process has a file open, and keeps it from the programs that it becomes.
+::testing::AssertionResult isOpenAndClosesOnExec(const std::string& path) {
+    std::size_t open = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        if (std::filesystem::read_symlink(entry, gone) != path) {
+            continue;
+        }
+        ++open;
+        if ((fcntl(std::stoi(entry.path().filename()), F_GETFD) & FD_CLOEXEC) == 0) {
+            return ::testing::AssertionFailure() << path << " is inherited";
+        }
+    }
+    return open == 1 ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << path << " is not open";
+}
+
+TEST_F(WithFaults, NoProgramInheritsAnOpenFile) {
+    {
+        const StdioFault before("fread", 1, [this] { EXPECT_TRUE(isOpenAndClosesOnExec(m_path)); });
+        EXPECT_EQ(getTrailer(), 0);
+    }
+    {
+        const StdioFault before("fread", 1, [this] { EXPECT_TRUE(isOpenAndClosesOnExec(m_path)); });
+        std::uint32_t crc = 0;
+        EXPECT_EQ(calculate_crc(m_path.c_str(), 100, &crc), 0);
+    }
+    const StdioFault before("fwrite", 1, [this] {
+        EXPECT_TRUE(isOpenAndClosesOnExec(m_path));
+        EXPECT_TRUE(isOpenAndClosesOnExec(in("payload")));
+    });
+    EXPECT_EQ(copy(), 0);
+    EXPECT_GT(before.calls(), 0U);
 }
 
 class CalculateCrcWithFaults : public WithFaults {};

@@ -3,6 +3,7 @@
 #include "unit/Platform/host/config/TemporaryDirectory.hpp"
 
 #include <dirent.h>
+#include <malloc.h>
 #include <unistd.h>
 #include <zlib.h>
 
@@ -102,6 +103,7 @@ std::size_t openDescriptors() {
 }
 
 OnImages::OnImages() : m_descriptors(openDescriptors()), m_directory(newDirectory()) {
+    mallopt(M_PERTURB, 0x5A); // what nobody has written is not zero
     EXPECT_CALL(m_log, AaSysLogPrintE(_, _, _))
         .Times(AnyNumber())
         .WillRepeatedly(Invoke([this](auto level, unsigned int feature, const std::string& text) {
