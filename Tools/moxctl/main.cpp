@@ -67,6 +67,7 @@ int main(int argc, char** argv) {
     addIdVerbs(line);
     addDdalVerbs(line);
     addFlashVerbs(line);
+    addFlashVerbs(line);
     addCompletionVerbs(line);
     try {
         line.app().parse(argc, argv);

@@ -10,6 +10,7 @@
 
 #include <cinttypes>
 #include <cstdio>
+#include <sstream>
 
 namespace mox::host {
 
@@ -53,10 +54,9 @@ std::string encodeFlashRecord(const FlashImage& image) {
 
 std::optional<FlashImage> decodeFlashRecord(std::string_view record) {
     FlashImage image;
-    const std::string text(record);
-    const int fields =
-        std::sscanf(text.c_str(), "%" SCNu64 " %" SCNx32 " %" SCNu32, &image.length, &image.crc, &image.version);
-    return fields == 3 ? std::optional(image) : std::nullopt;
+    std::istringstream fields{std::string(record)};
+    fields >> image.length >> std::hex >> image.crc >> std::dec >> image.version;
+    return fields ? std::optional(image) : std::nullopt;
 }
 
 std::string flashFile(const std::string& area) {

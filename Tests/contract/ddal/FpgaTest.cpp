@@ -203,6 +203,14 @@ TEST_F(BmuWithAResetFile, RunsTheNewImageOnceTheFileWasWritten) {
     }
 }
 
+TEST_F(BmuWithAResetFile, IsResetOnceForEachWriting) {
+    ASSERT_EQ(ddal_fpga_update_mod(bmu, primary, image(6, 300).c_str()), DDAL_OK);
+    askForReset();
+    EXPECT_EQ(versionOf(bmu), 6u);
+    ASSERT_EQ(ddal_fpga_update_mod(bmu, primary, image(7, 300).c_str()), DDAL_OK);
+    EXPECT_EQ(versionOf(bmu), 6u);
+}
+
 TEST_F(BmuWithAResetFile, ResetsOnlyTheBmu) {
     ASSERT_EQ(ddal_fpga_update_mod(mainFpga, primary, image(6, 300).c_str()), DDAL_OK);
     askForReset();

@@ -25,7 +25,7 @@ const char* const unitBoard = R"({"nodes": [
         { "id": "0x10002", "activeVersion": 4, "slots": [{ "slot": 1 }, { "slot": 2 }] },
         { "id": "0x10003", "activeVersion": 3 }],
       "flash": [{ "id": 53, "path": "/ffs/fs1" }, { "id": 54, "path": "/ffs/fs2" }],
-      "rapidIo": { "ownId": "0x1011", "endpoints": ["0x1041", "0x0031", "0x1011"] },
+      "rapidIo": { "ownId": "0x1011", "endpoints": ["0x1041", "0x0031", "0x1041"] },
       "systemInformation": [
         { "category": 0, "key": 15, "value": 3 }, { "category": 0, "key": 14, "value": 7 },
         { "category": 0, "key": 12, "indexKind": 5, "index": 0, "value": 1 },
