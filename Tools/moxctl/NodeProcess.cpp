@@ -128,6 +128,7 @@ void continueInNode(Session& session, const std::vector<std::string>& paths) {
     const host::Run& run = session.run();
     host::SandboxOptions options;
     options.dieWithParent = true;
+    options.newSession = true; // a terminal's signal would reach it twice, and a second one ends it at once
     const std::vector<Shown> shown = workstationPaths(run, paths);
     for (const Shown& one : shown) {
         options.reachable.push_back(one.path);
