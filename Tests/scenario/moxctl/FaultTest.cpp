@@ -175,6 +175,18 @@ TEST(Faults, DoNotApplyToMoxctl) {
     }
 }
 
+TEST(FaultsOfAnotherLayout, AreLeftAloneByServices) {
+    const SimulatedRun run;
+    run.directory().write("run/faults", "MOXFLT2 and so on");
+    run.up();
+    EXPECT_TRUE(isAnswered(run, left));
+    EXPECT_THAT(run.moxctl({"log", "tail", "-n", "1000"}).out,
+                HasSubstr("no fault can be planned for this process: the run's file 'faults' has another layout"));
+    const CommandResult refused = run.moxctl({"ddal", "fault", "add", answer});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, HasSubstr("another layout"));
+}
+
 struct RefusedRow {
     Words words;
     int status;
