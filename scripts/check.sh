@@ -6,7 +6,7 @@ usage() {
     cat <<'TEXT'
 usage: scripts/check.sh
 
-Checks format, layers, scripts, pictures, that each test file is registered, and the shape of files. Runs every check and
+Checks format, layers, scripts, pictures, ready-made boards, that each test file is registered, and the shape of files. Runs every check and
 names what it found; status 1 when there was something.
 TEXT
 }
@@ -49,4 +49,5 @@ check lists scripts/check-lists.py
 check "lists check itself" scripts/check-lists.py --self-test
 check pictures scripts/draw-messages.py --self-test
 check scripts checkScripts
+check "ready-made boards" scripts/make-boards.py --check
 exit $failed

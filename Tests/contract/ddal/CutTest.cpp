@@ -8,6 +8,9 @@
 #include <host/ddal/FlashPlan.hpp>
 #include <host/ddal/Reset.hpp>
 
+#include <csignal>
+#include <thread>
+
 namespace mox::testing {
 namespace {
 
@@ -71,6 +74,25 @@ TEST_F(CutUpdate, OfBothSlotsLeavesADeviceThatRunsNothingAndCanBeUpdated) {
     EXPECT_EQ(ddal_fpga_update_mod(mainFpga, secondary, path.c_str()), DDAL_OK);
     ASSERT_TRUE(host::resetNode(run(), firstNode));
     EXPECT_EQ(versionOf(mainFpga), 30u);
+}
+
+TEST_F(CutUpdate, ByAKillFromOutsideLeavesAnAreaThatIsWholeOrNot) {
+    constexpr std::uint32_t large = 0x10002;
+    const std::string path = image(30, 8'000'000);
+    int broken = 0;
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_EQ(ddal_fpga_update_mod(large, primary, image(29, 100, "old").c_str()), DDAL_OK);
+        RunningCommand peer({MOX_DDAL_PEER, "update", "0x10002", "1", path});
+        while (flash().image("fpga-10002-1").value_or(host::FlashImage()).version == 29)
+            std::this_thread::yield();
+        peer.signal(SIGKILL);
+        peer.finish();
+        if (const auto whole = flash().image("fpga-10002-1"))
+            EXPECT_EQ(contentOf(flash().path("fpga-10002-1")), contentOf(path)) << whole->version;
+        else
+            ++broken;
+    }
+    EXPECT_GT(broken, 0);
 }
 
 TEST_F(CutUpdate, OfTheBootLoaderStartsTheBackupArea) {

@@ -14,7 +14,8 @@
 namespace mox::testing {
 namespace {
 
-using ::testing::HasSubstr;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 using testkit::info;
 using testkit::warning;
 
@@ -153,6 +154,26 @@ TEST_F(Fpga, TellsAtTheBeginAndTheEndOfAnUpdate) {
     ASSERT_EQ(update(primary, image(258, 500)), DDAL_OK);
     EXPECT_TRUE(log.hasInOrder({info(0, "flash fpga-10001-1: writing 500 bytes of /tmp/image"),
                                 info(0, "flash fpga-10001-1: whole, version 0x102 (258)")}));
+}
+
+TEST_F(Fpga, TellsEveryTenthOfAnUpdateToWhoWantsToKnow) {
+    const auto tenths = [](const std::string& text) {
+        std::vector<std::string> found;
+        for (std::size_t at = text.find(" %\n"); at != std::string::npos; at = text.find(" %\n", at + 1))
+            found.push_back(text.substr(text.rfind(' ', at - 1) + 1, at - text.rfind(' ', at - 1) - 1));
+        return found;
+    };
+    const std::string path = image(258, areaSize);
+    EXPECT_THAT(tenths(runPeer({"update", "0x10001", "1", path}, {{"MOX_LOG", "debug"}}).err),
+                ElementsAre("10", "20", "30", "40", "50", "60", "70", "80", "90", "100"));
+    EXPECT_THAT(tenths(runPeer({"update", "0x10001", "1", path}, {{"MOX_LOG", std::nullopt}}).err), IsEmpty());
+}
+
+TEST_F(Fpga, AnswersWhileSomebodyWritesToTheStore) {
+    host::Store::Write held(run().store());
+    EXPECT_EQ(runPeer({"version", "0x10001"}).out, "0 10");
+    EXPECT_EQ(runPeer({"unit"}).out, "0 KORE");
+    EXPECT_EQ(runPeer({"isti"}).out, "0 7");
 }
 
 class FpgaWithAVersionText : public OnUnit {};
