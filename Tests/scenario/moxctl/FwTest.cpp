@@ -305,6 +305,15 @@ TEST_F(Fw, TakesTheNodesFileBeforeTheWorkstations) {
     EXPECT_TRUE(fs::exists(node(name)));
 }
 
+TEST_F(Fw, TakesAnEmptyFileForOneThatAKilledProcessHasLeft) {
+    const std::string mine = m_run.directory().path() + "/mine.bin";
+    makeImage(mine, "3");
+    fs::create_directories(fs::path(node(mine)).parent_path());
+    std::ofstream(node(mine)).close();
+    EXPECT_EQ(fw({"update", "fpga", mine}).status, 0);
+    EXPECT_EQ(areaOf("fpga-10001-1").at("version"), 3);
+}
+
 TEST_F(Fw, LooksIntoADirectoryOfTheWorkstation) {
     const std::string directory = m_run.directory().path() + "/images";
     fs::create_directory(directory);
