@@ -6,8 +6,8 @@ usage() {
     cat <<'TEXT'
 usage: scripts/check.sh
 
-Checks format, layers, scripts, pictures, ready-made boards, that each test file is registered, and the shape of files. Runs every check and
-names what it found; status 1 when there was something.
+Checks format, layers, scripts, pictures, ready-made boards, that each test file is registered, and the shape of files.
+Runs every check and names what it found; status 1 when there was something.
 TEXT
 }
 
