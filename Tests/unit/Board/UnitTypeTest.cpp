@@ -190,5 +190,14 @@ TEST_F(UnitVersion, OfNoRowIsThatOfAYolmpr) {
     EXPECT_EQ(platform.takeLog().size(), 2 * unitVersionRows.size());
 }
 
+TEST_F(UnitVersion, Number81AloneIsThatOfAYolmpr) {
+    for (const std::int32_t version : {81, 79, 82, 0, 19}) {
+        ps::hwapi::board::caches.forget();
+        ps::hwapi::board::caches.unitVersion.get([version] { return version; });
+        EXPECT_EQ(ApiIsYolmpr(), version == 81 ? 1U : 0U) << version;
+    }
+    EXPECT_THAT(platform.takeCalls(), IsEmpty());
+}
+
 } // namespace
 } // namespace mox::testing
