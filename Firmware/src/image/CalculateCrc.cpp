@@ -13,7 +13,7 @@ using namespace ps::hwapi::common;
 namespace {
 
 constexpr char caller[] = "calculate_crc";
-constexpr std::size_t wordSize = 4;
+constexpr std::uint32_t wordSize = 4;
 
 std::uint32_t continued(std::uint32_t crc, const unsigned char* bytes, std::size_t count) {
     return static_cast<std::uint32_t>(crc32(crc, bytes, static_cast<uInt>(count)));

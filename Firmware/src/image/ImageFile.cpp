@@ -59,6 +59,6 @@ std::uint32_t boardSize(long position) {
     return static_cast<std::uint32_t>(position);
 }
 
-Block::Block() : m_small{}, m_large(new (std::nothrow) unsigned char[largeSize]) {}
+Block::Block() : m_large(new (std::nothrow) unsigned char[largeSize]) {}
 
 } // namespace ps::hwapi::common::image

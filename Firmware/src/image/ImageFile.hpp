@@ -37,7 +37,7 @@ public:
 private:
     static constexpr std::size_t largeSize = 65536;
     // On the caller's stack, which may be one of 4096 bytes.
-    unsigned char m_small[1024];
+    unsigned char m_small[1024] = {};
     std::unique_ptr<unsigned char[]> m_large;
 };
 
