@@ -72,7 +72,6 @@ void addIdVerbs(CommandLine& line);
 void addIdDecodeVerb(CommandLine& line, CLI::App& group);
 void addDdalVerbs(CommandLine& line);
 void addFlashVerbs(CommandLine& line);
-void addFlashVerbs(CommandLine& line);
 void addCompletionVerbs(CommandLine& line);
 
 } // namespace mox::tools

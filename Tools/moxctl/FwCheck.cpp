@@ -70,7 +70,7 @@ private:
     void useFile();
     /// @return whether there is something to do
     bool useDecision();
-    bool isForced(const Decision& decision);
+    bool isForced(const Decision& decision) const;
     void write();
     void report(const char* state, int result, const std::string& text) const;
 
@@ -112,7 +112,7 @@ void Update::useFile() {
 }
 
 /// The marker is used up only where it changes something.
-bool Update::isForced(const Decision& decision) {
+bool Update::isForced(const Decision& decision) const {
     return decision.result == notNeeded && (m_options.force || is_firmware_update_forced(m_component.name) == 1);
 }
 

@@ -51,7 +51,7 @@ public:
     /// Whether the offset word points into the file; only then there is a text.
     bool hasText() const { return !m_bytes.empty(); }
     std::uint32_t offset() const { return m_offset; }
-    std::string text() const { return m_bytes.c_str(); }
+    std::string text() const { return m_bytes.substr(0, m_bytes.find('\0')); }
     bool hasZeroByte() const { return text().size() + offsetWordSize < m_bytes.size(); }
     /// Whether the text would be XML if the offset word were not read as its end.
     bool runsIntoWord() const;

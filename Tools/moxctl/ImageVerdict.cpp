@@ -116,13 +116,14 @@ std::vector<std::string> notesOn(const Image& image) {
 
 std::string praise(const ImageVerdict& verdict, std::optional<std::uint32_t> hwSwId) {
     const Image& image = *verdict.image;
-    const std::string text = "version " + image.swVersion.value_or("") + ", CRC-32 " +
-                             showHex(elementNumber(image.crc), 8) + ", for " + listOf(image.hwSwIds);
+    std::string text = "version " + image.swVersion.value_or("") + ", CRC-32 " + showHex(elementNumber(image.crc), 8) +
+                       ", for " + listOf(image.hwSwIds);
     if (!hwSwId) {
         return text;
     }
     const bool isExact = verdict.match == IdentifierMatch::exact;
-    return text + (isExact ? "; fits " : "; fits but for the minor version ") + showHex(*hwSwId, 8);
+    text += isExact ? "; fits " : "; fits but for the minor version ";
+    return text + showHex(*hwSwId, 8);
 }
 
 void judge(ImageVerdict& verdict, std::optional<std::uint32_t> hwSwId) {

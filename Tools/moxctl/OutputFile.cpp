@@ -27,7 +27,9 @@ void refuseInputs(const std::string& path, const std::vector<std::string>& input
     }
     for (const std::string& input : inputs) {
         if (isSameFile(input, file)) {
-            throw Failure(ExitStatus::usage, path + ": expected another file than " + input + ", which is read");
+            std::string text = path;
+            text.append(": expected another file than ").append(input).append(", which is read");
+            throw Failure(ExitStatus::usage, text);
         }
     }
 }

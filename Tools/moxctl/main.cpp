@@ -67,7 +67,6 @@ int main(int argc, char** argv) {
     addIdVerbs(line);
     addDdalVerbs(line);
     addFlashVerbs(line);
-    addFlashVerbs(line);
     addCompletionVerbs(line);
     try {
         line.app().parse(argc, argv);
