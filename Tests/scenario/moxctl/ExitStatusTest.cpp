@@ -55,8 +55,10 @@ constexpr int timeLimit = 124;
 INSTANTIATE_TEST_SUITE_P(
     Usage, Failing,
     ::testing::Values(
-        FailureRow{{}, usage, "expected sim, ps, msg, tag, rad, log, completion (see 'moxctl -h')"},
-        FailureRow{{"sim"}, usage, "expected new, up, down, status (see 'moxctl sim -h')"},
+        FailureRow{{},
+                   usage,
+                   "expected sim, ps, msg, tag, rad, log, image, fw, id, ddal, flash, completion (see 'moxctl -h')"},
+        FailureRow{{"sim"}, usage, "expected new, up, down, reset, status (see 'moxctl sim -h')"},
         FailureRow{{"nothing"}, usage, ", got 'nothing'"}, FailureRow{{"sim", "nothing"}, usage, ", got 'nothing'"},
         FailureRow{{"ps", "list", "more"}, usage, "more"}, FailureRow{{"ps", "list", "--wrong"}, usage, "--wrong"},
         FailureRow{{"--node", "x", "ps", "list"}, usage, "expected 1 to 4 hexadecimal digits"},
@@ -117,13 +119,15 @@ TEST_P(WithoutRun, EndsWithStatusFiveForADirectoryThatIsNone) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Moxctl, WithoutRun,
-                         ::testing::Values(Words{"sim", "up"}, Words{"sim", "down"}, Words{"sim", "status"},
-                                           Words{"ps", "list"}, Words{"msg", "send", "Echo", "1"},
-                                           Words{"msg", "request", "Echo", "1"}, Words{"msg", "monitor", "0x601"},
-                                           Words{"tag", "list"}, Words{"tag", "get", "a"},
-                                           Words{"tag", "set", "a", "b"}, Words{"tag", "watch"}, Words{"rad", "list"},
-                                           Words{"rad", "get", "a"}, Words{"rad", "set", "a", "1"},
-                                           Words{"log", "tail"}, Words{"completion", "values", "tags"}));
+                         ::testing::Values(Words{"sim", "up"}, Words{"sim", "down"}, Words{"sim", "reset"},
+                                           Words{"sim", "status"}, Words{"flash", "list"},
+                                           Words{"flash", "plan", "none"}, Words{"ps", "list"},
+                                           Words{"msg", "send", "Echo", "1"}, Words{"msg", "request", "Echo", "1"},
+                                           Words{"msg", "monitor", "0x601"}, Words{"tag", "list"},
+                                           Words{"tag", "get", "a"}, Words{"tag", "set", "a", "b"},
+                                           Words{"tag", "watch"}, Words{"rad", "list"}, Words{"rad", "get", "a"},
+                                           Words{"rad", "set", "a", "1"}, Words{"log", "tail"},
+                                           Words{"completion", "values", "tags"}));
 
 } // namespace
 } // namespace mox::testing
