@@ -2,14 +2,15 @@
 
 #include <pal/AaGpuXml.hpp>
 
+#include <cstddef>
+#include <memory>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 using mox::host::XmlResult;
 
-/// A node over a node or an attribute of the parsed document. Names, values and children are made when they are first
-/// asked for: most readers look at a few nodes of a document.
+/// What a node shows: a node or an attribute of the parsed document. Names, values and children are made when they are
+/// first asked for, because most readers look at a few nodes of a document; the children of a node in one piece.
 struct AaGpuXmlNode::Content {
     int type = EAaGpuXmlNodeType_Document;
     pugi::xml_node node; ///< the document's or the element's
@@ -21,7 +22,8 @@ struct AaGpuXmlNode::Content {
     bool hasChildren = false;
     std::string name;
     std::string value;
-    std::vector<std::unique_ptr<AaGpuXmlNode>> children;
+    std::unique_ptr<Content[]> children;
+    AaGpuXmlNode handle{*this}; ///< of a child; the caller has a root's
 
     const std::string& getName();
     const std::string& getValue();
@@ -29,7 +31,18 @@ struct AaGpuXmlNode::Content {
     bool anyChild() const;
 
 private:
-    AaGpuXmlNode& addChild(int childType, pugi::xml_node childNode, pugi::xml_attribute childAttribute);
+    void makeChildren();
+    template <typename OnAttribute, typename OnElement>
+    void forEachChild(const OnAttribute& onAttribute, const OnElement& onElement) const {
+        for (pugi::xml_attribute of = node.first_attribute(); of; of = of.next_attribute()) {
+            onAttribute(of);
+        }
+        for (pugi::xml_node of = node.first_child(); of; of = of.next_sibling()) {
+            if (of.type() == pugi::node_element) {
+                onElement(of);
+            }
+        }
+    }
 };
 
 namespace {
@@ -39,16 +52,28 @@ bool isElement(const pugi::xml_node& node) {
 }
 
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    const auto begin = text.find_first_not_of(blanks);
-    return begin == std::string_view::npos ? std::string_view()
-                                           : text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+bool isText(const pugi::xml_node& node) {
+    return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
 }
 
 std::string ownText(const pugi::xml_node& element) {
+    const pugi::xml_node first = element.first_child();
+    if (isText(first) && !first.next_sibling()) {
+        return std::string(trimmed(first.value()));
+    }
     std::string text;
-    for (const auto& child : element.children()) {
-        if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata) {
+    for (pugi::xml_node child = first; child; child = child.next_sibling()) {
+        if (isText(child)) {
             text += child.value();
         }
     }
@@ -79,64 +104,71 @@ const std::string& AaGpuXmlNode::Content::getValue() {
     return value;
 }
 
-AaGpuXmlNode& AaGpuXmlNode::Content::addChild(int childType, pugi::xml_node childNode,
-                                              pugi::xml_attribute childAttribute) {
-    auto content = std::make_unique<Content>();
-    content->type = childType;
-    content->node = childNode;
-    content->attribute = childAttribute;
-    AaGpuXmlNode* const before = children.empty() ? nullptr : children.back().get();
-    children.push_back(std::unique_ptr<AaGpuXmlNode>(new AaGpuXmlNode(std::move(content))));
-    if (before != nullptr) {
-        before->m_content->next = children.back().get();
+void AaGpuXmlNode::Content::makeChildren() {
+    std::size_t count = 0;
+    forEachChild([&count](pugi::xml_attribute) { ++count; }, [&count](pugi::xml_node) { ++count; });
+    if (count == 0) {
+        return;
     }
-    return *children.back();
+    children = std::make_unique<Content[]>(count);
+    Content* child = children.get();
+    forEachChild(
+        [&child](pugi::xml_attribute of) {
+            child->type = EAaGpuXmlNodeType_Attribute;
+            (child++)->attribute = of;
+        },
+        [&child](pugi::xml_node of) {
+            child->type = EAaGpuXmlNodeType_Element;
+            (child++)->node = of;
+        });
+    for (std::size_t i = 1; i < count; ++i) {
+        children[i - 1].next = &children[i].handle;
+    }
 }
 
 AaGpuXmlNode* AaGpuXmlNode::Content::firstChild() {
-    if (type != EAaGpuXmlNodeType_Attribute && !std::exchange(hasChildren, true)) {
-        for (const auto& child : node.attributes()) {
-            addChild(EAaGpuXmlNodeType_Attribute, {}, child);
-        }
-        for (const auto& child : node.children()) {
-            if (isElement(child)) {
-                addChild(EAaGpuXmlNodeType_Element, child, {});
-            }
-        }
+    if (!hasChildren) {
+        makeChildren();
+        hasChildren = true;
     }
-    return children.empty() ? nullptr : children.front().get();
+    return children ? &children[0].handle : nullptr;
 }
 
 bool AaGpuXmlNode::Content::anyChild() const {
     return node.first_attribute() || node.find_child(isElement);
 }
 
-AaGpuXmlNode::AaGpuXmlNode(std::unique_ptr<Content> content) : m_content(std::move(content)) {}
+AaGpuXmlNode::AaGpuXmlNode(Content& content) : m_content(content) {}
 
-AaGpuXmlNode::~AaGpuXmlNode() = default;
+/// A child's content goes with its parent's.
+AaGpuXmlNode::~AaGpuXmlNode() {
+    if (this != &m_content.handle) {
+        delete &m_content;
+    }
+}
 
 bool AaGpuXmlNode::AaGpuXmlHasChildren() const {
-    return m_content->anyChild();
+    return m_content.anyChild();
 }
 
 AaGpuXmlNode* AaGpuXmlNode::AaGpuXmlGetFirstChildren() const {
-    return m_content->firstChild();
+    return m_content.firstChild();
 }
 
 AaGpuXmlNode* AaGpuXmlNode::AaGpuXmlGetNext() const {
-    return m_content->next;
+    return m_content.next;
 }
 
 int AaGpuXmlNode::AaGpuXmlGetType() const {
-    return m_content->type;
+    return m_content.type;
 }
 
 const std::string& AaGpuXmlNode::AaGpuXmlGetName() const {
-    return m_content->getName();
+    return m_content.getName();
 }
 
 const std::string& AaGpuXmlNode::AaGpuXmlGetValue() const {
-    return m_content->getValue();
+    return m_content.getValue();
 }
 
 AaGpuXmlParser::AaGpuXmlParser(int) {}
@@ -155,7 +187,9 @@ AaGpuXmlNode* AaGpuXmlParser::AaGpuXmlParse(const std::string& text) {
     }
     content->node = *content->document;
     m_lastResult = EAaGpuXmlResult_NoError;
-    return new AaGpuXmlNode(std::move(content));
+    auto* const root = new AaGpuXmlNode(*content);
+    static_cast<void>(content.release()); // the root's now
+    return root;
 }
 
 int AaGpuXmlParser::AaGpuXmlGetLastResult() const {

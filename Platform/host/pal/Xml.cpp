@@ -40,13 +40,7 @@ pugi::xml_node tooDeep(const pugi::xml_document& document) {
 /// Whether elements can be nested too deeply at all: each element around another one has an end tag. Spares most
 /// documents the walk.
 bool mayBeTooDeep(std::string_view text) {
-    unsigned endTags = 0;
-    for (auto at = text.find('/'); at != std::string_view::npos; at = text.find('/', at + 1)) {
-        if (at > 0 && text[at - 1] == '<' && ++endTags >= maxXmlDepth) {
-            return true;
-        }
-    }
-    return false;
+    return std::count(text.begin(), text.end(), '/') >= static_cast<std::ptrdiff_t>(maxXmlDepth);
 }
 
 bool refuseForbidden(std::string_view text, const pugi::xml_document& document, XmlError& error) {

@@ -9,7 +9,6 @@
 ///         use(node->AaGpuXmlGetName(), node->AaGpuXmlGetValue());
 ///
 /// One object is used by one thread at a time; nothing blocks.
-#include <memory>
 #include <string>
 
 /// What a node is.
@@ -58,9 +57,9 @@ public:
 private:
     friend class AaGpuXmlParser;
     struct Content;
-    explicit AaGpuXmlNode(std::unique_ptr<Content> content);
+    explicit AaGpuXmlNode(Content& content);
 
-    std::unique_ptr<Content> m_content;
+    Content& m_content;
 };
 
 /// Parses texts, one after the other. The documents do not depend on the parser.
