@@ -25,7 +25,7 @@ struct DiffOptions {
 };
 
 std::string readBlock(std::ifstream& stream, std::uint64_t most) {
-    std::string block(std::min<std::uint64_t>(most, blockSize), '\0');
+    std::string block(static_cast<std::size_t>(std::min<std::uint64_t>(most, blockSize)), '\0');
     stream.read(block.data(), static_cast<std::streamsize>(block.size()));
     block.resize(static_cast<std::size_t>(stream.gcount()));
     return block;

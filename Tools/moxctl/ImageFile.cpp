@@ -65,7 +65,7 @@ std::uint32_t versionNumber(const Image& read) {
 TrailerReading::TrailerReading(const std::string& file) : m_file(file), m_size(sizeOfImage(file)) {
     char* bytes = nullptr;
     if (get_trailer(file.c_str(), &m_offset, &bytes) == IMAGE_OK) {
-        m_bytes.assign(bytes, m_size - m_offset);
+        m_bytes.assign(bytes, static_cast<std::size_t>(m_size - m_offset));
         m_parsed = image::parseTrailer(image::trailerText(m_bytes));
     }
     std::free(bytes);
@@ -123,7 +123,7 @@ bool TrailerReading::looksSwapped() const {
     std::ifstream stream(m_file, std::ios::binary);
     stream.seekg(offset);
     constexpr std::uint64_t most = 1024 * 1024; // more is no trailer
-    std::string bytes(std::min(m_size - offset, most), '\0');
+    std::string bytes(static_cast<std::size_t>(std::min(m_size - offset, most)), '\0');
     stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return image::parseTrailer(image::trailerText(bytes)).trailer != nullptr;
 }
