@@ -55,11 +55,11 @@ def symbols(nm, archives, option, dynamic=False):
     return names
 
 
-def system_symbols(nm, compiler):
+def system_symbols(nm, compiler, sysroot):
     files = []
     for name in SYSTEM_LIBRARIES:
-        path = subprocess.run([compiler, f'-print-file-name={name}'], check=True, stdout=subprocess.PIPE,
-                              text=True).stdout.strip()
+        command = [compiler, f'--sysroot={sysroot}', f'-print-file-name={name}']
+        path = subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout.strip()
         if '/' in path and pathlib.Path(path).exists():
             files.append(path)
     return symbols(nm, files, '--defined-only', dynamic=True)
@@ -76,9 +76,9 @@ def check_defined(include, nm, archives):
     return [f'{name}: declared, defined in none of the archives' for name in sorted(declared(include) - defined)]
 
 
-def check_imports(include, nm, compiler, archives):
+def check_imports(include, nm, compiler, sysroot, archives):
     imports = symbols(nm, archives, '--undefined-only') - symbols(nm, archives, '--defined-only')
-    allowed = declared(include) | system_symbols(nm, compiler)
+    allowed = declared(include) | system_symbols(nm, compiler, sysroot)
     return [f'{name}: imported, but neither of the platform nor of zlib or the C and C++ libraries'
             for name in sorted(imports - allowed) if not TOOLING.match(name) and not XML.match(name)]
 
@@ -88,6 +88,7 @@ def main():
     parser.add_argument('--include', type=pathlib.Path, required=True)
     parser.add_argument('--nm', default='nm')
     parser.add_argument('--compiler', default='c++')
+    parser.add_argument('--sysroot', default='', help='where the compiler finds the system libraries')
     parser.add_argument('check', choices=['lists', 'defined', 'imports'])
     parser.add_argument('archives', nargs='*', type=pathlib.Path)
     options = parser.parse_args()
@@ -96,7 +97,7 @@ def main():
     elif options.check == 'defined':
         deviations = check_defined(options.include, options.nm, options.archives)
     else:
-        deviations = check_imports(options.include, options.nm, options.compiler, options.archives)
+        deviations = check_imports(options.include, options.nm, options.compiler, options.sysroot, options.archives)
     print('\n'.join(deviations) or f'{len(declared(options.include))} declared functions: as it must be')
     return 1 if deviations else 0
 
