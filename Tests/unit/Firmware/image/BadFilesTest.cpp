@@ -109,9 +109,10 @@ TEST_F(BadFile, IsALinkToAFifo) {
 TEST_F(BadFile, MayNotBeRead) {
     const std::string path = write(imageOf("payload", trailerFor("payload")));
     std::filesystem::permissions(path, std::filesystem::perms::none);
-    if (geteuid() == 0) {
-        std::filesystem::permissions(in(""), std::filesystem::perms(0777));
-        ASSERT_EQ(seteuid(65534), 0); // nothing is closed to the superuser
+    std::filesystem::permissions(in(""), std::filesystem::perms(0777));
+    // Nothing is closed to the superuser.
+    if (geteuid() == 0 && seteuid(65534) != 0) {
+        GTEST_SKIP() << "there is no other user in this namespace";
     }
     expectThatItDoesNotOpen(path);
     if (getuid() == 0) {

@@ -151,8 +151,9 @@ TEST_F(DestinationOfAPayload, LiesWhereOneMayWrite) {
     std::filesystem::permissions(in(""), std::filesystem::perms(0755));
     std::filesystem::permissions(closed, std::filesystem::perms(0555));
     const uid_t user = geteuid();
-    if (user == 0) {
-        ASSERT_EQ(seteuid(65534), 0); // nothing is closed to the superuser
+    // Nothing is closed to the superuser.
+    if (user == 0 && seteuid(65534) != 0) {
+        GTEST_SKIP() << "there is no other user in this namespace";
     }
     const int result = copyHere(closed + "/payload");
     if (user == 0) {
