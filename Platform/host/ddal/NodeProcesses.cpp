@@ -42,8 +42,11 @@ std::vector<Service> servicesOf(const Run& run, std::uint16_t node) {
 /// Start of a process since that of the machine; 0: there is none.
 std::uint64_t startTicksOf(pid_t pid) {
     constexpr std::size_t startTicks = 19;
-    std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
-    const std::string status{std::istreambuf_iterator<char>(file), {}};
+    // That of the first thread, which an emulator does not make up for the process that asks.
+    const std::string directory = "/proc/" + std::to_string(pid);
+    std::ifstream file(directory + "/task/" + std::to_string(pid) + "/stat");
+    std::string status;
+    std::getline(file, status, '\0');       // fails, but does not throw, when the process ends just now
     const auto nameEnd = status.rfind(')'); // a name may hold blanks and brackets
     if (nameEnd == std::string::npos)
         return 0;
