@@ -57,8 +57,8 @@ std::uint32_t overWords(std::uint32_t crc, std::uint32_t words, std::FILE* file,
 std::uint32_t overRemainder(std::uint32_t crc, std::uint32_t bytes, std::FILE* file) {
     unsigned char last[wordSize] = {};
     syslog(LOG_DEBUG, "%s(): bytes remaining: %d (0x%x)", caller, static_cast<int>(bytes), bytes);
-    // What is missing counts as zero bytes.
-    static_cast<void>(std::fread(last, 1, bytes, file));
+    const std::size_t got = std::fread(last, 1, bytes, file);
+    std::fill(last + got, last + wordSize, 0); // what is missing counts as zero bytes
     std::uint32_t data = 0;
     std::memcpy(&data, last, sizeof(data));
     syslog(LOG_DEBUG, "%s(): remaining data: %d (0x%x)", caller, static_cast<int>(data), data);
