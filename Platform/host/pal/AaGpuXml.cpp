@@ -6,6 +6,7 @@
 #include <memory>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 using mox::host::XmlResult;
 
@@ -22,7 +23,7 @@ struct AaGpuXmlNode::Content {
     bool hasChildren = false;
     std::string name;
     std::string value;
-    std::unique_ptr<Content[]> children;
+    std::vector<Content> children;
     AaGpuXmlNode handle{*this}; ///< of a child; the caller has a root's
 
     const std::string& getName();
@@ -110,8 +111,8 @@ void AaGpuXmlNode::Content::makeChildren() {
     if (count == 0) {
         return;
     }
-    children = std::make_unique<Content[]>(count);
-    Content* child = children.get();
+    children = std::vector<Content>(count);
+    Content* child = children.data();
     forEachChild(
         [&child](pugi::xml_attribute of) {
             child->type = EAaGpuXmlNodeType_Attribute;
@@ -131,7 +132,7 @@ AaGpuXmlNode* AaGpuXmlNode::Content::firstChild() {
         makeChildren();
         hasChildren = true;
     }
-    return children ? &children[0].handle : nullptr;
+    return children.empty() ? nullptr : &children.front().handle;
 }
 
 bool AaGpuXmlNode::Content::anyChild() const {
