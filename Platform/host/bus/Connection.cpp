@@ -150,7 +150,7 @@ void Connection::flush(std::uint64_t giveUpAt) {
     await(lock, left, [this] { return m_waiting.empty(); });
 }
 
-Delivery Connection::sendDatagram(const iovec* parts, std::size_t partCount) {
+Delivery Connection::sendDatagram(const iovec* parts, std::size_t partCount) const {
     const std::uint64_t giveUpAt = realMonotonicNs() + fullLimitNs;
     for (;;) {
         const Delivery delivery = deliveryOf(sendOnce(m_fd, parts, partCount, 0));

@@ -32,7 +32,7 @@ public:
     /// too much waits, up to 2 s. Any thread.
     Delivery sendMessage(const void* message, std::size_t size);
     /// Sends one datagram. Blocks while there is no room, up to 2 s. Any thread.
-    Delivery sendDatagram(const iovec* parts, std::size_t partCount);
+    Delivery sendDatagram(const iovec* parts, std::size_t partCount) const;
 
     bool hasWaiting() const { return m_hasWaiting.load(std::memory_order_acquire); }
     /// Waits until nothing waits. @param giveUpAt  by realMonotonicNs()

@@ -113,7 +113,7 @@ Delivery deliverMessage(const Run& run, SocketKey to, const void* message, std::
 }
 
 Delivery deliverDatagram(const Run& run, SocketKey to, const iovec* parts, std::size_t partCount) {
-    return over(run, to, [=](Connection& connection) { return connection.sendDatagram(parts, partCount); });
+    return over(run, to, [=](const Connection& connection) { return connection.sendDatagram(parts, partCount); });
 }
 
 } // namespace mox::host
