@@ -22,7 +22,9 @@ protected:
                 recordOf<Answer>(client.request(service(), updateRequest, payload, updateResponse, limitMs))};
     }
     void expectStillAnswering() {
-        EXPECT_THAT(check(Component::fpga), answers(State::checkFailed, -7));
+        const Answer answer = check(Component::fpga);
+        EXPECT_EQ(answer.state, State::checkFailed);
+        EXPECT_EQ(answer.result, -7);
         EXPECT_TRUE(firm.isRunning());
     }
 
