@@ -130,7 +130,8 @@ std::string numberAndName(const Json& number, const Json& name) {
 Json moduleText(const Json& module) {
     Json cell = Json::array();
     for (const auto& [key, value] : module.items()) {
-        if (key != "port" && !value.is_null() && value != "") {
+        const bool isEmptyText = value.is_string() && value.get_ref<const std::string&>().empty();
+        if (key != "port" && !value.is_null() && !isEmptyText) {
             cell.push_back(key == "version" ? "version " + value.dump() : value.get<std::string>());
         }
     }
