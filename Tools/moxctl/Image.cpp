@@ -56,7 +56,7 @@ void verify(Session& session, const ImageOptions& options) {
         items.push_back(jsonOf(verdict));
         output.line(lineOf(verdict));
         for (const std::string& note : verdict.notes) {
-            output.note(file + ": note: " + note);
+            output.note(std::string(file).append(": note: ").append(note));
         }
     }
     if (output.isJson()) {
