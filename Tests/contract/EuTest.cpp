@@ -302,6 +302,32 @@ TEST(CancelledEu, LosesItsRegistrationsAsOneThatReturns) {
         eventually([&] { return AaSysComMsgSend(AaSysComMsgCreate(1, 0, address)) == EAaSysComRetVal_NoReceiver; }));
 }
 
+TEST(CancelledEu, MayReturnBeforeItGetsToACancellationPoint) {
+    std::atomic<std::uint32_t> address{0};
+    std::atomic<pthread_t> thread{};
+    const struct {
+        std::atomic<std::uint32_t>* address;
+        std::atomic<pthread_t>* thread;
+    } block{&address, &thread};
+    const TAaProEuEntry entry = [](void* argument) -> void* {
+        const auto mine = *static_cast<decltype(block)*>(argument);
+        pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
+        *mine.thread = pthread_self();
+        *mine.address = AaSysComSicadGet(AaSysComEuUserRegister(0), AaSysComGetOwnNid());
+        void* message = AaSysComMsgReceive(-1, 0);
+        AaSysComMsgDestroy(&message);
+        pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
+        return nullptr;
+    };
+    ASSERT_EQ(AaSysComEuCreateAndStart(nullptr, "cancelled", entry, usualStack, 1, &block, sizeof(block)),
+              EAaProEuRetVal_NoError);
+    ASSERT_TRUE(eventually([&] { return address != 0; }));
+    EXPECT_EQ(pthread_cancel(thread), 0);
+    EXPECT_EQ(AaSysComMsgSend(AaSysComMsgCreate(1, 0, address)), EAaSysComRetVal_NoError);
+    EXPECT_TRUE(
+        eventually([&] { return AaSysComMsgSend(AaSysComMsgCreate(1, 0, address)) == EAaSysComRetVal_NoReceiver; }));
+}
+
 TEST(DefaultPolicy, IsTimeSharingWhenNothingIsConfigured) {
     EAaProEuSchedulingPolicy policy = EAaProEuSchedulingPolicy_Default;
     EXPECT_EQ(AaProEeGetDefaultSchedulingPolicy(&policy), EAaProEuRetVal_NoError);

@@ -142,6 +142,8 @@ Eu& Eu::current() {
 }
 
 Eu::~Eu() {
+    // The thread ends anyway: a cancellation that is still pending must not unwind out of what closes the files here.
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
     for (const std::uint16_t cpid : m_cpids) {
         Registry::instance().remove(cpid, m_inbox);
     }
