@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <host/ddal/FlashPlan.hpp>
 #include <host/ddal/Reset.hpp>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <thread>
@@ -29,6 +31,14 @@ protected:
         return {{"MOX_FLASH_PLAN", kind + std::to_string(operation)}};
     }
 };
+/// Whether the lock of a process that is killed is given to the next one. The emulator of ARM programs knows no list of
+/// a thread's locks; there, who is killed while it writes the run's store stops all others of the run.
+bool locksOfTheDeadAreFreed() {
+    void* locks = nullptr;
+    std::size_t length = 0;
+    return ::syscall(SYS_get_robust_list, 0, &locks, &length) == 0;
+}
+
 const testkit::BoardOf s_board("CutUpdate", testkit::Board::text(unitBoard));
 
 TEST_F(CutUpdate, LeavesAnAreaThatIsNotWholeWhateverItsOperation) {
@@ -77,6 +87,8 @@ TEST_F(CutUpdate, OfBothSlotsLeavesADeviceThatRunsNothingAndCanBeUpdated) {
 }
 
 TEST_F(CutUpdate, ByAKillFromOutsideLeavesAnAreaThatIsWholeOrNot) {
+    if (!locksOfTheDeadAreFreed())
+        GTEST_SKIP() << "the lock of a process that is killed stays taken here";
     constexpr std::uint32_t large = 0x10002;
     const std::string path = image(30, 8'000'000);
     int broken = 0;
