@@ -45,8 +45,33 @@ emulator=$(command -v qemu-arm || command -v qemu-arm-static) || {
 magic='\x7fELF\x01\x01\x01\x00\x00\x00\x00\x00\x00\x00\x00\x00\x02\x00\x28\x00'
 mask='\xff\xff\xff\xff\xff\xff\xff\x00\xff\xff\xff\xff\xff\xff\xff\xff\xfe\xff\xff\xff'
 export MOX_ARM_NAMESPACE=":qemu-arm:M::$magic:$mask:$emulator:PF"
+
+# A namespace keeps the user's own identity; a privileged one may bring all users along, so that tests can change to one.
+mapAllUsers() {
+    local process=$1 kind
+    until [[ $(readlink "/proc/$process/ns/user") != $(readlink /proc/self/ns/user) ]]; do
+        sleep 0.01
+    done
+    for kind in gid uid; do
+        awk '{ print $1, $1, $3 }' "/proc/self/${kind}_map" >"/proc/$process/${kind}_map"
+    done
+}
+users=(--map-root-user)
+if ((EUID == 0)); then
+    users=()
+    # The writer is nobody's child, so that the command, which takes the place of this script, need not wait for it.
+    (mapAllUsers $$ </dev/null >/dev/null 2>&1 &)
+fi
 # shellcheck disable=SC2016  # expanded inside of the namespace
-exec unshare --user --map-root-user --mount -- bash -c '
+inside='
     registry=/proc/sys/fs/binfmt_misc
     mount -t binfmt_misc none $registry && printf %s "$MOX_ARM_NAMESPACE" >$registry/register
-    exec "$@"' arm-run "$0" --sysroot "$sysroot" "$@"
+    exec "$@"'
+# Who becomes root after the start gets its privileges with it.
+# shellcheck disable=SC2016
+exec unshare --user "${users[@]}" --mount -- bash -c '
+    for ((tries = 0; tries < 1000; tries++)); do
+        [[ $(</proc/self/uid_map) ]] && break
+        sleep 0.01
+    done
+    exec setpriv --reuid=0 --regid=0 --keep-groups -- bash -c "$@"' arm-run "$inside" arm-run "$0" --sysroot "$sysroot" "$@"
