@@ -28,10 +28,11 @@ inline void PrintTo(const ForwardingRow& row, std::ostream* out) {
 }
 
 /// A value that differs from position to position, in every byte, so that a swapped or cut one is seen.
+/// @param round  truth values and enumerations, which have two safe values only, change from round to round
 template <typename Value>
-Value sample(std::size_t position) {
+Value sample(std::size_t position, std::size_t round) {
     if constexpr (std::is_enum_v<Value> || std::is_same_v<Value, bool>) {
-        return static_cast<Value>(1);
+        return static_cast<Value>((position + round) % 2);
     } else {
         return testing::fromBits<Value>(0x8182838485868788 + position * 0x0101010101010101);
     }
@@ -40,20 +41,20 @@ Value sample(std::size_t position) {
 /// Calls an operation by its slot and expects that one call reaches the platform's function, with the arguments that
 /// went in, and that its result comes back. The types of both must be the same for this to compile.
 template <typename Instance, typename Interface, typename Result, typename... Arguments, std::size_t... positions>
-void expectForwarded(std::size_t slot, Result (Interface::*operation)(Arguments...) const,
+void expectForwarded(std::size_t slot, std::size_t round, Result (Interface::*operation)(Arguments...) const,
                      Result (* /*function*/)(Arguments...), const std::string& name,
                      std::index_sequence<positions...>) {
     testing::PlatformRecorder platform;
     const Instance instance;
     const Interface& sut = instance;
     if constexpr (std::is_void_v<Result>) {
-        callSlot(sut, slot, operation, sample<Arguments>(positions)...);
+        callSlot(sut, slot, operation, sample<Arguments>(positions, round)...);
     } else {
-        const auto result = sample<Result>(sizeof...(Arguments));
+        const auto result = sample<Result>(sizeof...(Arguments), round);
         platform.answer(name, result);
-        EXPECT_EQ(callSlot(sut, slot, operation, sample<Arguments>(positions)...), result);
+        EXPECT_EQ(callSlot(sut, slot, operation, sample<Arguments>(positions, round)...), result);
     }
-    const testing::PlatformCall expected{name, {testing::bitsOf(sample<Arguments>(positions))...}};
+    const testing::PlatformCall expected{name, {testing::bitsOf(sample<Arguments>(positions, round))...}};
     EXPECT_EQ(platform.calls(), std::vector<testing::PlatformCall>{expected});
 }
 
@@ -61,8 +62,10 @@ template <typename Instance, typename Interface, typename Result, typename... Ar
 ForwardingRow forwardingRow(const char* operationName, Result (Interface::*operation)(Arguments...) const,
                             Result (*function)(Arguments...), const char* functionName) {
     return {operationName, [=](std::size_t slot) {
-                expectForwarded<Instance>(slot, operation, function, functionName,
-                                          std::index_sequence_for<Arguments...>());
+                for (const std::size_t round : {0, 1}) {
+                    expectForwarded<Instance>(slot, round, operation, function, functionName,
+                                              std::index_sequence_for<Arguments...>());
+                }
             }};
 }
 
