@@ -7,9 +7,10 @@
 ///         restartWhenConvenient();
 ///
 /// An image is a payload, an XML text that describes it (the trailer), and a last word that tells where the text
-/// begins. Except for the unit texts nothing is kept between calls. Unless a function says otherwise it may be called
-/// from any thread, texts given to it are not null and end with a zero byte, and it blocks for the time of its file
-/// accesses. Progress and failures go to syslog. An image that is no regular file is one that cannot be opened.
+/// begins; it has less than 2 GiB. Except for the unit texts nothing is kept between calls. Unless a function says
+/// otherwise it may be called from any thread, texts given to it are not null and end with a zero byte, and it blocks
+/// for the time of its file accesses. Progress and failures go to syslog. An image that is no regular file is one that
+/// cannot be opened.
 #include <stddef.h>
 #include <stdint.h>
 
@@ -79,17 +80,21 @@ int binary_copy_without_trailer(const char* sourcePath, const char* destinationP
 /// Size of a row of find_binary_multiple in bytes, with the zero byte.
 enum { FIND_BINARY_ROW_SIZE = 128 };
 
-/// Reads the board's unit id and keeps it, and its first three characters, for unit_version and unit_type.
+/// Reads the board's unit id and keeps it, and its first three characters, for unit_version and unit_type. These do so
+/// themselves when nothing is kept yet; this reads again what may have changed.
 /// @return 0; -1 when it cannot be read (both texts are empty then)
-/// The first call of this function, unit_version or unit_type comes from one thread.
+/// Any thread; but a text that changes here must not be in use by another one.
 int unit_init(void);
 
 /// The board's unit id, such as "ZUPA".
-/// @return at most 31 characters; empty when it cannot be read (the next call tries again); kept by the library
+/// @return at most 31 characters; empty when it cannot be read (the next call tries again); kept by the library until
+///         unit_init reads another one
+/// Any thread, the first calls too. Blocks for one reading of the device tree while there is none.
 const char* unit_version(void);
 
 /// The board's unit type: the first three characters of its unit id.
-/// @return at most 3 characters; empty when it cannot be read (the next call tries again); kept by the library
+/// @return at most 3 characters; otherwise as unit_version
+/// Any thread, the first calls too. Blocks as unit_version does.
 const char* unit_type(void);
 
 /// Tells whether an operator has switched firmware updates off, by a file "disable-firmware-update" below
@@ -109,8 +114,9 @@ int is_firmware_update_forced(const char* componentName);
 /// @param directory       directory
 /// @param boardType       TYPE, of which three characters count; null: that of the board
 /// @param chipIdentifier  CHIP
-/// @param[out] rows       paths, directory included, cut at 127 characters; as many as were found, at most maxRows
-/// @param maxRows         rows that there is room for
+/// @param[out] rows       paths, directory included, cut at 127 characters; as many as were found, at most maxRows; the
+///                        others unchanged
+/// @param maxRows         rows that there is room for; 0: the files are only counted
 /// @return number of files, also those that there was no room for; -911 (a null argument), -1 (board unknown), -2 or -3
 ///         (names not formable), -4 (directory not readable)
 int find_binary_multiple(const char* directory, const char* boardType, const char* chipIdentifier,
@@ -122,10 +128,10 @@ int find_binary_multiple(const char* directory, const char* boardType, const cha
 /// @param chipIdentifier        as for find_binary_multiple
 /// @param ownHwSwId             hardware/software identifier of the board; 0: read from the device tree
 /// @param allowMinorDifference  as for binary_version
-/// @param[out] outPath          path of the only compatible file; zero bytes on a result of 0, 2 or more; unchanged on
-///                              failure
+/// @param[out] outPath          path of the only compatible file; zero bytes when none or more of those found are
+///                              compatible; unchanged when none is found and on failure; may be null
 /// @param outPathSize           size of outPath in bytes; a longer path is cut
-/// @param[out] outVersion       its software version; 0 on a result of 0, 2 or more
+/// @param[out] outVersion       its software version; 0 or unchanged as outPath; may be null
 /// @return number of compatible files; the failures of find_binary_multiple, -5 (more than 10 files to look at),
 ///         -6 (own identifier not readable)
 int find_binary_compatible(const char* directory, const char* boardType, const char* chipIdentifier, uint32_t ownHwSwId,
@@ -134,7 +140,8 @@ int find_binary_compatible(const char* directory, const char* boardType, const c
 /* ---- Is an update needed? ---------------------------------------------------------------------------------------- */
 /* Results of the functions of this section: 1 (needed), 0 (not needed), -7 (no image file for the chip), -8 (more than
    one compatible file), -9 (active version not readable), -10 (see there), and the failures of find_binary_compatible.
-   With 1, and with 0 once the image was found, its path is in outPath, cut at outPathSize bytes with the zero byte. */
+   With 1, and with 0 once the image was found, its path is in outPath, cut at outPathSize bytes with the zero byte. A
+   null outPath is left alone. */
 
 /// Tells whether the boot loader was started from RAM.
 /// @return 1, 0, -1 (not readable)
@@ -143,7 +150,7 @@ int is_uboot_booted_from_ram(void);
 /// Boot loader: the file's version must not be lower than the active one, and the boot loader must have been started
 /// from RAM.
 /// @param directory     directory of the image files
-/// @param[out] outPath  path of the image; unchanged when none was found
+/// @param[out] outPath  path of the image; unchanged on failure, and where no image is looked for
 /// @param outPathSize   size of outPath in bytes
 /// @param force         1: also when it was not started from RAM
 /// @return as above; -10: location of the boot loader not readable
@@ -151,13 +158,13 @@ int is_uboot_update_needed(const char* directory, char* outPath, size_t outPathS
 
 /// BMU: the file's version must be higher than the active one.
 /// @param directory     directory of the image files
-/// @param[out] outPath  path of the image; zero bytes when none was found
+/// @param[out] outPath  path of the image; zero bytes on failure
 /// @param outPathSize   size of outPath in bytes
 /// @return as above, without -10
 int is_bmu_update_needed(const char* directory, char* outPath, size_t outPathSize);
 
 /// BMU of an extension board, whose images lie in "/ffs/run/boot": as is_bmu_update_needed.
-/// @param[out] outPath  path of the image; zero bytes when none was found
+/// @param[out] outPath  path of the image; zero bytes on failure
 /// @param outPathSize   size of outPath in bytes
 /// @param ddalBoard     number of the board, 2 to 4
 /// @param ownHwSwId     hardware/software identifier of the board; 0: read from the device tree
@@ -166,28 +173,28 @@ int is_bmu_update_needed_no_mcu(char* outPath, size_t outPathSize, uint32_t ddal
 
 /// FPGA: the file's version must differ from the active one; the FPGA follows the file both up and down.
 /// @param directory     directory of the image files
-/// @param[out] outPath  path of the image; zero bytes when none was found
+/// @param[out] outPath  path of the image; zero bytes on failure
 /// @param outPathSize   size of outPath in bytes
 /// @return as above; -10: this board has no FPGA
 int is_fpga_update_needed(const char* directory, char* outPath, size_t outPathSize);
 
 /// Finds the FPGA image of this board.
 /// @param directory     directory of the image files
-/// @param[out] outPath  path of the only compatible file; zero bytes otherwise
+/// @param[out] outPath  path of the only compatible file; zero bytes otherwise; may be null
 /// @param outPathSize   size of outPath in bytes
 /// @return as find_binary_compatible; -10: this board has no FPGA
 int FindKorFpgaBinaryFile(const char* directory, char* outPath, size_t outPathSize);
 
 /// Finds the BMU image of this board.
 /// @param directory     directory of the image files
-/// @param[out] outPath  path of the only compatible file; zero bytes otherwise
+/// @param[out] outPath  path of the only compatible file; zero bytes otherwise; may be null
 /// @param outPathSize   size of outPath in bytes
 /// @return as find_binary_compatible
 int FindZupFpgaBinaryFile(const char* directory, char* outPath, size_t outPathSize);
 
 /// Finds the boot loader image of this board.
 /// @param directory     directory of the image files
-/// @param[out] outPath  path of the only compatible file; zero bytes otherwise
+/// @param[out] outPath  path of the only compatible file; zero bytes otherwise; may be null
 /// @param outPathSize   size of outPath in bytes
 /// @return as find_binary_compatible
 int FindUBootBinaryFile(const char* directory, char* outPath, size_t outPathSize);
@@ -225,7 +232,7 @@ int is_ram_path_used(void);
 /// @return device identifier; 0: none
 uint32_t fpga_id_local(void);
 
-/// Tells which FPGA this board carries.
+/// Tells which FPGA this board carries. An output may be null.
 /// @param[out] shortName       its name in log lines; "unknown" when there is none; never to be freed
 /// @param[out] chipIdentifier  what names of its image files contain; "unknown" when there is none; never to be freed
 /// @param[out] fpgaId          device identifier; 0 when there is none

@@ -35,6 +35,7 @@ struct Rows {
     static void store(char (&row)[FIND_BINARY_ROW_SIZE], const char* directory, const char* name) {
         const int length = std::snprintf(row, sizeof row, "%s/%s", directory, name);
         if (length < 0) {
+            row[0] = '\0';
             syslog(LOG_ERR, "%s(): find_binary_multiple snprintf failed: %i", function, length);
         } else if (static_cast<std::size_t>(length) >= sizeof row) {
             syslog(LOG_ERR, "%s(): find_binary_multiple output truncated: %s", function, row);

@@ -32,14 +32,25 @@ void keep(const Text& unitId) {
     replace(s_type, type);
 }
 
+bool read(Text& unitId) {
+    const int result = ddal_devicetree_get_unit_id(0, constant::unitTextSize - 1, unitId.data());
+    if (result != DDAL_OK)
+        logDdalFailure("unit_init", "ddal_devicetree_get_unit_id", result);
+    return result == DDAL_OK;
+}
+
+bool isEmpty(const Text& kept) {
+    const std::lock_guard<std::mutex> guard(s_mutex);
+    return kept[0] == '\0';
+}
+
+/// Other threads may do the same: whoever can read the unit fills the texts, and who cannot clears nothing that another
+/// one holds, nor looks at what another one is filling.
 const char* filled(const Text& kept) {
-    const auto isEmpty = [&kept] {
-        const std::lock_guard<std::mutex> guard(s_mutex);
-        return kept[0] == '\0';
-    };
-    if (isEmpty())
-        unit_init();
-    return kept.data();
+    Text unitId{};
+    if (isEmpty(kept) && read(unitId))
+        keep(unitId);
+    return isEmpty(kept) ? "" : kept.data();
 }
 
 } // namespace
@@ -48,14 +59,9 @@ const char* filled(const Text& kept) {
 int unit_init() {
     using namespace ps::hwapi::common::update;
     Text unitId{};
-    const int result = ddal_devicetree_get_unit_id(0, unitId.size() - 1, unitId.data());
-    if (result != DDAL_OK) {
-        keep(Text{});
-        logDdalFailure("unit_init", "ddal_devicetree_get_unit_id", result);
-        return -1;
-    }
-    keep(unitId);
-    return 0;
+    const bool isRead = read(unitId);
+    keep(isRead ? unitId : Text{});
+    return isRead ? 0 : -1;
 }
 
 const char* unit_version() {

@@ -1,7 +1,10 @@
+#include "unit/Firmware/update/LibraryFails.hpp"
 #include "unit/Firmware/update/UpdateFixture.hpp"
 
 #include <ddal/ddal.h>
 #include <mox/Firmware.h>
+
+#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -27,6 +30,12 @@ protected:
     }
     static FirmwareImage foreign() { return FirmwareImage().version("7").listing({0xFFFF0000}); }
     bool isPathUntouched() { return bytesOf(path) == std::string(sizeof path, '#'); }
+    static std::vector<std::string> notOpened(const std::vector<std::string>& names) {
+        std::vector<std::string> lines;
+        for (const std::string& name : names)
+            lines.push_back("info Could not open file: /ffs/run/boot/KOR-BMU-" + name + ".bin");
+        return lines;
+    }
     bool wasAnyOpened() { return !takeLines("binary_version").empty() || !takeLines("get_trailer").empty(); }
 };
 
@@ -190,9 +199,26 @@ TEST_F(CompatibleSearch, TakesNoImageWhosePathIsCut) {
     EXPECT_EQ(find(), 0);
 }
 
-TEST_F(CompatibleSearch, TakesNoImageThatIsNoFile) {
-    std::filesystem::create_directory("/ffs/run/boot/KOR-BMU.bin");
+TEST_F(CompatibleSearch, TakesNoImageWhosePathCannotBeFormed) {
+    log.expect(testkit::error(0, StartsWith("find_binary_multiple(): ")));
+    place("KOR-BMU.bin");
+    const PrintingFails fails("%s/%s", -7);
     EXPECT_EQ(find(), 0);
+    EXPECT_EQ(takeLines("binary_version").front(), "info Reading file '' trailer");
+}
+
+TEST_F(CompatibleSearch, TakesNoImageThatIsNoFile) {
+    std::filesystem::create_directory("/ffs/run/boot/KOR-BMU-directory.bin");
+    ASSERT_EQ(mkfifo("/ffs/run/boot/KOR-BMU-fifo.bin", 0600), 0);
+    std::filesystem::create_symlink("/dev/zero", "/ffs/run/boot/KOR-BMU-device.bin");
+    std::filesystem::create_symlink("nothing", "/ffs/run/boot/KOR-BMU-to-nothing.bin");
+    std::filesystem::create_symlink("KOR-BMU-to-itself.bin", "/ffs/run/boot/KOR-BMU-to-itself.bin");
+    EXPECT_EQ(find(), 0);
+    EXPECT_THAT(takeLines("get_trailer"), testing::UnorderedElementsAreArray(
+                                              notOpened({"directory", "fifo", "device", "to-nothing", "to-itself"})));
+    place("KOR-BMU.bin");
+    EXPECT_EQ(find(), 1);
+    EXPECT_STREQ(path, "/ffs/run/boot/KOR-BMU.bin");
 }
 
 } // namespace

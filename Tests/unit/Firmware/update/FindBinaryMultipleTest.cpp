@@ -232,6 +232,7 @@ TEST_F(ImageSearch, CountsAnImageWhosePathCannotBePrinted) {
     touch("KOR-BMU.bin");
     const PrintingFails fails("%s/%s", -7);
     EXPECT_EQ(find(), 1);
+    EXPECT_STREQ(rows[0], "");
     EXPECT_TRUE(log.hasInOrder({
         testkit::info(0, "find_binary_multiple(): File 'KOR-BMU.bin' matches to search criteria"),
         testkit::error(0, "find_binary_multiple(): find_binary_multiple snprintf failed: -7"),

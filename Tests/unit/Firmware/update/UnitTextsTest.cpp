@@ -6,6 +6,7 @@
 #include <mox/Firmware.h>
 
 #include <atomic>
+#include <cstring>
 #include <thread>
 
 namespace mox::firmwaretest {
@@ -117,6 +118,50 @@ TEST_F(UnitTexts, HaveTheErrorTextInABufferOf63Bytes) {
     EXPECT_EQ(unit_init(), -1);
     EXPECT_THAT(takeLines("unit_init"), ElementsAre("info ddal_devicetree_get_unit_id() failed with error -110 '" +
                                                     std::string(62, 'e') + "'"));
+}
+
+// Two first calls at once: the one that cannot read the unit leaves the other one its text.
+TEST_F(UnitTexts, StayWithWhomAnotherFirstCallThatFailsMeets) {
+    const char* other = nullptr;
+    EXPECT_CALL(devicetree(), ddal_devicetree_get_unit_id)
+        .WillOnce([&other](uint32_t, uint32_t, char*) {
+            other = unit_version(); // reads the unit itself
+            return DDAL_IO_ERROR;
+        })
+        .WillOnce(::testing::DoDefault());
+    EXPECT_STREQ(unit_version(), "KORA");
+    EXPECT_STREQ(other, "KORA");
+    EXPECT_STREQ(unit_type(), "KOR");
+}
+
+TEST_F(UnitTexts, AreFilledByFirstCallsOfManyThreads) {
+    std::atomic<bool> go{false};
+    std::atomic<unsigned> asked{0};
+    std::atomic<int> wrong{0};
+    // Every third reading fails.
+    ON_CALL(devicetree(), ddal_devicetree_get_unit_id).WillByDefault([&asked](uint32_t, uint32_t, char* text) {
+        if (++asked % 3 == 0)
+            return DDAL_IO_ERROR;
+        std::memcpy(text, "KORA", 5);
+        return DDAL_OK;
+    });
+    const auto read = [&] {
+        while (!go)
+            std::this_thread::yield();
+        const std::string type = unit_type();
+        const std::string version = unit_version();
+        if ((version != "KORA" && !version.empty()) || (type != "KOR" && !type.empty()))
+            ++wrong;
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i)
+        threads.emplace_back(read);
+    go = true;
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_STREQ(unit_version(), "KORA");
+    takeLines("unit_init");
 }
 
 TEST_F(UnitTexts, AreNeverTornBetweenThreads) {
