@@ -46,27 +46,6 @@ protected:
     const std::string list = "<HwSwIdList><HwSwId>12345678</HwSwId></HwSwIdList>";
 };
 
-TEST_F(BadTrailer, OfAnImageOfFourToEightBytes) {
-    for (std::uint32_t size = 4; size <= 8; ++size) {
-        for (std::uint32_t word = 0; word <= size + 1; ++word) {
-            const Results results = readBytes(std::string(size - 4, '<') + offsetWord(word));
-            const bool inside = word > 0 && word < size;
-            EXPECT_EQ(results.validate, inside ? 70401 : 70407);
-            EXPECT_EQ(results.crc, inside ? 70401 : 70407);
-            EXPECT_EQ(results.version, inside ? -2 : -1);
-        }
-    }
-}
-
-TEST_F(BadTrailer, OfAnImageOfLessThanFourBytes) {
-    for (std::size_t size = 0; size < 4; ++size) {
-        const Results results = readBytes(std::string(size, '\1'));
-        EXPECT_EQ(results.validate, 70406);
-        EXPECT_EQ(results.crc, 70406);
-        EXPECT_EQ(results.version, -1);
-    }
-}
-
 TEST_F(BadTrailer, WithoutZeroByteBeforeAWordThatContinuesTheText) {
     const std::string sixty(0x3C, 'p'); // the word's first byte is then "<"
     const Results results = readBytes(sixty + trailerFor(sixty) + offsetWord(0x3C));
