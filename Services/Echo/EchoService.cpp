@@ -39,6 +39,12 @@ void EchoService::Init() {
     AddMsgDelegate(makeDelegate(forwardTimeout, *this, &EchoService::onForwardTimeout));
 }
 
+void EchoService::Exit() {
+    // Requests that still wait have timers, which end with the platform.
+    m_forwards.reset();
+    Service::Exit();
+}
+
 std::uint32_t EchoService::timeoutMs() {
     const std::string text = GetArgumentParser().ReadArgument("timeout");
     if (text == "arg off") {
@@ -77,7 +83,7 @@ void EchoService::onForwardedResponse(void* msg) {
 }
 
 void EchoService::onForwardTimeout(void* msg) {
-    m_forwards->HandleForwardedReqTimeout(msg);
+    m_forwards->handleTimeout(msg);
 }
 
 } // namespace mox::echo

@@ -14,6 +14,7 @@ class EchoService : public ps::hwapi::common::Service {
 public:
     EchoService();
     void Init() override;
+    void Exit() override;
 
 private:
     void onEcho(void* msg);

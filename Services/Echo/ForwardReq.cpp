@@ -6,6 +6,7 @@
 #include <pal/AaSysLog.h>
 #include <pal/AaSysTimer.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace mox::echo {
@@ -13,6 +14,8 @@ namespace mox::echo {
 using kit::ByteOrder;
 using kit::PayloadView;
 using kit::PayloadWriter;
+using ps::hwapi::common::Req;
+using ps::hwapi::common::ReqHandler;
 
 namespace {
 
@@ -30,12 +33,20 @@ void append(void* msg, std::uint32_t offset, const void* data, std::uint32_t siz
 
 } // namespace
 
-ps::hwapi::common::Req* ForwardReqHandler::CreateReq(void* msg) {
+Req* ForwardReqHandler::CreateReq(void* msg) {
     return new ForwardReq(*this, m_feature, msg, ++m_lastTicket, m_timeoutMs);
 }
 
-ForwardReq::ForwardReq(ps::hwapi::common::ReqHandler& handler, ps::hwapi::common::ERadHwapi feature, void* msg,
-                       std::uint32_t ticket, std::uint32_t timeoutMs)
+void ForwardReqHandler::handleTimeout(void* msg) {
+    const auto ticket = PayloadView::of(msg).tryRead<std::uint32_t>(sizeof(void*));
+    const auto hasTicket = [ticket](const Req* req) { return static_cast<const ForwardReq*>(req)->ticket() == ticket; };
+    if (std::any_of(m_reqs.begin(), m_reqs.end(), hasTicket)) {
+        HandleForwardedReqTimeout(msg);
+    }
+}
+
+ForwardReq::ForwardReq(ReqHandler& handler, ps::hwapi::common::ERadHwapi feature, void* msg, std::uint32_t ticket,
+                       std::uint32_t timeoutMs)
     : Req(handler, feature, msg),
       m_client(AaSysComMsgGetSender(msg)),
       m_own(AaSysComMsgGetReceiver(msg)),
@@ -53,8 +64,8 @@ void ForwardReq::HandleReq() {
     const auto target = request.tryRead<std::uint32_t>(0);
     Outcome failure = Outcome::malformed;
     if (target) {
-        startTimer(); // before sending: an answer must find the request complete
-        if (forward(*target, request)) {
+        // The timer first: an answer must find the request complete.
+        if (startTimer() && forward(*target, request)) {
             return;
         }
         failure = Outcome::notSent;
@@ -76,18 +87,20 @@ bool ForwardReq::forward(std::uint32_t target, const PayloadView& request) {
     return AaSysComMsgSendS(msg, m_own) == EAaSysComRetVal_NoError;
 }
 
-void ForwardReq::startTimer() {
-    void* const msg = AaSysComMsgCreate(forwardTimeout, sizeof(void*), m_own);
+bool ForwardReq::startTimer() {
+    const Req* const self = this;
+    void* msg = AaSysComMsgCreate(forwardTimeout, sizeof self + wordSize, m_own);
     if (msg == nullptr) {
-        return;
+        return false;
     }
     AaSysComMsgSetSender(msg, m_own);
-    const ps::hwapi::common::Req* const self = this;
-    append(msg, 0, &self, sizeof(self));
-    if (AaSysTimermCreate(&m_timerId, m_timeoutMs, 0, msg) != EAaSysTimerRetVal_NoError) {
-        void* unused = msg;
-        AaSysComMsgDestroy(&unused);
+    append(msg, 0, &self, sizeof self);
+    append(msg, sizeof self, &m_ticket, wordSize);
+    const bool started = AaSysTimermCreate(&m_timerId, m_timeoutMs, 0, msg) == EAaSysTimerRetVal_NoError;
+    if (!started) {
+        AaSysComMsgDestroy(&msg); // a timer that does not run leaves its message
     }
+    return started;
 }
 
 void ForwardReq::HandleForwardedReqResp(void* msg) {

@@ -16,6 +16,11 @@ public:
     ForwardReqHandler(ps::hwapi::common::ERadHwapi feature, std::uint32_t timeoutMs)
         : ReqHandler(feature), m_timeoutMs(timeoutMs) {}
 
+    /// Tells a request that its time is up, if one has the ticket. The address alone is not enough: a time-out may be
+    /// under way while its request completes, and a later request may get the same address.
+    /// @param msg  forwardTimeout, of whatever size and from whomever; not owned
+    void handleTimeout(void* msg);
+
 protected:
     ps::hwapi::common::Req* CreateReq(void* msg) override;
 
@@ -36,9 +41,11 @@ public:
     void HandleForwardedReqResp(void* msg) override;
     void HandleForwardedReqTimeout() override;
 
+    std::uint32_t ticket() const { return m_ticket; }
+
 private:
     bool forward(std::uint32_t target, const kit::PayloadView& request);
-    void startTimer();
+    bool startTimer();
     void answer(Outcome outcome, const std::uint8_t* data = nullptr, std::uint32_t size = 0) const;
 
     const std::uint32_t m_client;

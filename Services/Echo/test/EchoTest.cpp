@@ -134,6 +134,15 @@ TEST_F(EchoOnTwoNodes, GoesOnAfterAMessageThatNobodyHandles) {
     EXPECT_EQ(textOf(script.request(echoOn(node()), echoRequest, bytesOf("on"), echoResponse, limitMs)), "on");
 }
 
+TEST_F(EchoOnTwoNodes, GoesOnAfterATimeoutOfAStranger) {
+    ChildService echo("Echo", stateParameter);
+    Messages script;
+    script.send(echoOn(node()), forwardTimeout);
+    script.send(echoOn(node()), forwardTimeout, Bytes(3, 0x5A));
+    script.send(echoOn(node()), forwardTimeout, Bytes(64, 0x5A));
+    EXPECT_EQ(textOf(script.request(echoOn(node()), echoRequest, bytesOf("on"), echoResponse, limitMs)), "on");
+}
+
 TEST_F(EchoOnTwoNodes, SaysMoreWhileItsDebugFlagIsSet) {
     ChildService echo("Echo", stateParameter);
     Messages script;
