@@ -218,6 +218,8 @@ struct Farewell {
 };
 
 TEST(LoggerOfAGlobalObject, StillLogsWhileTheProcessExits) {
+    // In a process of its own, in which no other test has made the log.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
             static const LogLines lines;

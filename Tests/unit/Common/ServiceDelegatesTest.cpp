@@ -2,6 +2,8 @@
 
 #include <mox/InvalidParameterException.hpp>
 
+#include <stdexcept>
+
 namespace mox::testing {
 namespace {
 
@@ -89,6 +91,33 @@ TEST_F(ServiceDelegates, MayRemoveThemselvesWhileTheyHandle) {
     handle(0x0601);
     EXPECT_THAT(platform.takeTrace(), ElementsAre("AaSysComMsgReceive(-1, 0)", state(3), "HandleMessage(0x601)",
                                                   "~TestDelegate(0x601)", "AaSysComMsgDestroy(0x601)"));
+}
+
+TEST_F(ServiceDelegates, MayRemoveThemselvesAndFail) {
+    sut.AddMsgDelegate(std::make_unique<TestDelegate>(platform, std::uint16_t{0x0601}, [this](void*) {
+        Service& service = sut;
+        service.RemoveMsgDelegate(0x0601); // this function has gone with it
+        throw std::runtime_error("broken");
+    }));
+    EXPECT_THROW(handle(0x0601), Service::RuntimeException);
+    EXPECT_THAT(platform.takeTrace(),
+                ElementsAre("AaSysComMsgReceive(-1, 0)", state(3), "HandleMessage(0x601)", "~TestDelegate(0x601)",
+                            log(4, "Message handling failed 0x0601"), "AaSysComMsgDestroy(0x601)"));
+}
+
+TEST_F(ServiceDelegates, MayRemoveAndAddOthersWhileTheyHandle) {
+    sut.AddMsgDelegate(delegate(0x0602));
+    sut.AddMsgDelegate(std::make_unique<TestDelegate>(platform, std::uint16_t{0x0601}, [this](void*) {
+        sut.RemoveMsgDelegate(0x0602);
+        sut.AddMsgDelegate(delegate(0x0603));
+    }));
+    ASSERT_FALSE(isHandled(0x0603));
+    handle(0x0601);
+    EXPECT_THAT(platform.takeTrace(), ElementsAre("AaSysComMsgReceive(-1, 0)", state(3), "HandleMessage(0x601)",
+                                                  "~TestDelegate(0x602)", "AaSysComMsgDestroy(0x601)"));
+    EXPECT_FALSE(isHandled(0x0602));
+    EXPECT_TRUE(isHandled(0x0603));
+    EXPECT_TRUE(isHandled(0x0601));
 }
 
 TEST_F(ServiceDelegates, MayBeAddedAgainAfterTheirRemoval) {

@@ -203,6 +203,27 @@ TEST(ServiceMainEuOfADerivedService, CallsItsOverrides) {
                 ElementsAre(_, _, "state 1", "InitEu()", "state 2", "Run()", "state 2", "Run()", "state 4"));
 }
 
+/// Notes its main EU's success flag with each state.
+class WatchedService : public ServiceUnderTest {
+public:
+    using ServiceUnderTest::ServiceUnderTest;
+    void SetServiceStateRad(unsigned int state) override { seen.emplace_back(state, success); }
+    int success = 0;
+    std::vector<std::pair<unsigned int, int>> seen;
+};
+
+TEST(ServiceMainEuOfADerivedService, SetsItsSuccessFlagBeforeState4) {
+    ServicePlatform platform;
+    platform.answers.euRuns = false;
+    WatchedService sut(platform);
+    ASSERT_FALSE(sut.CreateAndStartEu());
+    sut.Terminate();
+    platform.receives(nullptr);
+    void* block = &sut.success;
+    EXPECT_EQ(platform.euEntry(&block), nullptr);
+    EXPECT_THAT(sut.seen, ElementsAre(std::pair(1U, 0), std::pair(2U, 0), std::pair(4U, 1)));
+}
+
 /// Cannot tell one of its states.
 class SpeechlessService : public ServiceUnderTest {
 public:
