@@ -1,7 +1,11 @@
 // Defines each function of a family as the platform's symbol, which hands its arguments to the function of the same
 // name in mox::host, past the faults that are planned for it. Included once a family, after the header that declares
 // both, with MOX_FAMILY naming its list; hence no #pragma once.
+//
+// With MOX_UNCANCELLED defined no function of the family is a cancellation point as a whole; the functions of other
+// families see to that themselves where it matters, because some have to be fast.
 #include "../faults/Call.hpp"
+#include "../run/NoCancellation.hpp"
 
 #include <families/forEach.hpp>
 
@@ -27,14 +31,22 @@ namespace mox::host::faults::tag {
 #define MOX_FAULT_PLANNED(name) ::mox::host::faults::isPlanned<::mox::host::faults::tag::name>()
 #define MOX_FAULTED(name) ::mox::host::faults::call<::mox::host::faults::tag::name>
 
+#ifdef MOX_UNCANCELLED
+#define MOX_GUARD_ const ::mox::host::NoCancellation wholeCall;
+#else
+#define MOX_GUARD_
+#endif
+
 #define MOX_FUNCTION(result, name, types)                                                                              \
     result name(MOX_PARAMETERS(types)) {                                                                               \
+        MOX_GUARD_                                                                                                     \
         if (MOX_FAULT_PLANNED(name))                                                                                   \
             return MOX_FAULTED(name)(&::mox::host::name, MOX_ARGUMENTS(types));                                        \
         return ::mox::host::name(MOX_ARGUMENTS(types));                                                                \
     }
 #define MOX_FUNCTION0(result, name)                                                                                    \
     result name(void) {                                                                                                \
+        MOX_GUARD_                                                                                                     \
         if (MOX_FAULT_PLANNED(name))                                                                                   \
             return MOX_FAULTED(name)(&::mox::host::name);                                                              \
         return ::mox::host::name();                                                                                    \
@@ -51,3 +63,5 @@ extern "C" {
 #undef MOX_PROCEDURE
 #undef MOX_PROCEDURE0
 #undef MOX_FAMILY
+#undef MOX_GUARD_
+#undef MOX_UNCANCELLED

@@ -31,6 +31,7 @@ public:
             ::close(m_fd);
         }
     }
+    bool isHeld() const { return m_fd >= 0; }
     NodeLock(const NodeLock&) = delete;
     NodeLock& operator=(const NodeLock&) = delete;
 
@@ -38,18 +39,10 @@ private:
     const int m_fd;
 };
 
-int bindSocket(const Run& run, const std::string& name) {
+bool bindTo(int fd, const Run& run, const std::string& name) {
     unlinkat(run.nodeFd(), name.c_str(), 0);
-    const int fd = datagramSocket();
     const sockaddr_un address = addressIn(run.nodeFd(), name);
-    if (fd >= 0 && bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) {
-        return fd;
-    }
-    logPlatform(4, "cannot open the socket %s: %s", name.c_str(), std::strerror(errno));
-    if (fd >= 0) {
-        ::close(fd);
-    }
-    return -1;
+    return bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
 }
 
 /// Removes the name of an endpoint whose process died, and the dead socket.
@@ -69,20 +62,25 @@ std::string linkName(std::uint16_t cpid) {
 
 int claimEndpoint(const Run& run, std::uint16_t cpid) {
     const std::string link = linkName(cpid);
-    const NodeLock lock(run);
-    if (isAlive(run.nodeFd(), link)) {
-        return -1;
-    }
-    removeDead(run, cpid, link);
     const std::string name = endpointSocketName(cpid, static_cast<std::uint32_t>(getpid()));
-    const int fd = bindSocket(run, name);
-    if (fd >= 0 && symlinkat(name.c_str(), run.nodeFd(), link.c_str()) != 0) {
-        logPlatform(4, "cannot register %s: %s", link.c_str(), std::strerror(errno));
+    const NodeLock lock(run);
+    const int fd = lock.isHeld() ? datagramSocket() : -1;
+    if (fd >= 0) {
+        if (connectTo(fd, run.nodeFd(), link)) {
+            ::close(fd);
+            return claimTaken;
+        }
+        removeDead(run, cpid, link);
+        if (bindTo(fd, run, name) && symlinkat(name.c_str(), run.nodeFd(), link.c_str()) == 0) {
+            return fd;
+        }
+    }
+    logPlatform(4, "cannot register %s: %s", link.c_str(), std::strerror(errno));
+    if (fd >= 0) {
         unlinkat(run.nodeFd(), name.c_str(), 0);
         ::close(fd);
-        return -1;
     }
-    return fd;
+    return claimFailed;
 }
 
 void unclaimEndpoint(const Run& run, std::uint16_t cpid) {

@@ -1,17 +1,21 @@
 #include "Connection.hpp"
 
 #include "../run/Clock.hpp"
+#include "../run/NoCancellation.hpp"
 #include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
 #include "Process.hpp"
 #include "Reader.hpp"
 
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <utility>
 
 namespace mox::host {
 
@@ -19,7 +23,6 @@ namespace {
 
 /// How long room is waited for before the receiver's process is asked to make some.
 constexpr std::chrono::milliseconds patience{5};
-constexpr std::uint64_t fullLimitNs = 2'000'000'000;
 /// Bytes of messages that wait at most, but for a single longer message.
 constexpr std::size_t mostWaiting = 32 * 1024;
 
@@ -31,8 +34,9 @@ int sendOnce(int fd, const iovec* parts, std::size_t partCount, int flags) {
     ssize_t sent = 0;
     do {
         // the kernel takes a single part faster as it is; messages have one
-        sent = partCount == 1 ? send(fd, parts->iov_base, parts->iov_len, flags | MSG_NOSIGNAL)
-                              : sendmsg(fd, &datagram, flags | MSG_NOSIGNAL);
+        sent = partCount == 1
+                   ? uncancelled(SYS_sendto, fd, parts->iov_base, parts->iov_len, flags | MSG_NOSIGNAL, nullptr, 0)
+                   : uncancelled(SYS_sendmsg, fd, &datagram, flags | MSG_NOSIGNAL);
     } while (sent < 0 && errno == EINTR);
     return sent < 0 ? errno : 0;
 }
@@ -42,6 +46,8 @@ Delivery deliveryOf(int error) {
     case 0:
         return Delivery::done;
     case EAGAIN:
+    case ENOBUFS: // the kernel's memory: room there comes back too
+    case ENOMEM:
         return Delivery::full;
     case EMSGSIZE:
         return Delivery::tooLong;
@@ -52,26 +58,28 @@ Delivery deliveryOf(int error) {
 
 } // namespace
 
-std::shared_ptr<Connection> Connection::open(const Run& run, SocketKey to) {
+Delivery Connection::open(const Run& run, SocketKey to, std::shared_ptr<Connection>& connection) {
+    const NoCancellation wholeCall;
     const int directory = nodeDirectory(run, to.node);
     if (directory < 0) {
-        return nullptr;
+        return errno == ENOENT ? Delivery::gone : Delivery::noMeans;
     }
     const int fd = datagramSocket();
     if (fd < 0) {
-        return nullptr;
+        return Delivery::noMeans;
     }
-    std::shared_ptr<Connection> connection(new Connection(run, to, fd));
-    const sockaddr_un address = addressIn(directory, socketName(to));
-    if (::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
-        return nullptr;
+    std::shared_ptr<Connection> opened(new Connection(run, to, fd));
+    if (!connectTo(fd, directory, socketName(to))) {
+        return Delivery::gone;
     }
     const timeval limit{0, std::chrono::microseconds(patience).count()};
     setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit));
-    return connection;
+    connection = std::move(opened);
+    return Delivery::done;
 }
 
 Connection::~Connection() {
+    const NoCancellation wholeCall;
     Reader::instance().forgetRoom(m_fd);
     ::close(m_fd);
 }
@@ -87,23 +95,30 @@ Delivery Connection::sendMessage(const void* message, std::size_t size) {
     return wait(static_cast<const std::uint8_t*>(message), size);
 }
 
-/// Waits for what only the receiver can bring about.
-/// @return false: it has not come within the time limit
+/// Waits for what only the receiver can bring about. Asking its process may take until the time is up, if that one
+/// does not listen either.
+/// @return false: it has not come in time
 template <typename Condition>
-bool Connection::await(std::unique_lock<std::mutex>& lock, std::chrono::nanoseconds limit, const Condition& condition) {
-    if (m_room.wait_for(lock, patience, condition)) {
+bool Connection::await(std::unique_lock<std::mutex>& lock, std::uint64_t giveUpAt, const Condition& condition) {
+    const auto left = [giveUpAt] {
+        const std::uint64_t now = realMonotonicNs();
+        return std::chrono::nanoseconds(giveUpAt > now ? giveUpAt - now : 0);
+    };
+    if (m_room.wait_for(lock, std::min<std::chrono::nanoseconds>(patience, left()), condition)) {
         return true;
     }
     lock.unlock();
-    askToDrain();
+    askToDrain(giveUpAt);
     lock.lock();
-    return m_room.wait_for(lock, limit, condition);
+    return m_room.wait_for(lock, left(), condition);
 }
 
 Delivery Connection::wait(const std::uint8_t* message, std::size_t size) {
+    const NoCancellation wholeCall;
+    const std::uint64_t giveUpAt = realMonotonicNs() + fullLimitNs;
     std::unique_lock<std::mutex> lock(m_mutex);
     const auto hasRoom = [&] { return m_gone || m_waiting.empty() || m_waiting.size() + size <= mostWaiting; };
-    if (!await(lock, std::chrono::nanoseconds(fullLimitNs), hasRoom)) {
+    if (!await(lock, giveUpAt, hasRoom)) {
         return Delivery::full;
     }
     if (m_gone) {
@@ -145,13 +160,10 @@ void Connection::sendWaiting() {
 
 void Connection::flush(std::uint64_t giveUpAt) {
     std::unique_lock<std::mutex> lock(m_mutex);
-    const std::uint64_t now = realMonotonicNs();
-    const std::chrono::nanoseconds left(giveUpAt > now ? giveUpAt - now : 0);
-    await(lock, left, [this] { return m_waiting.empty(); });
+    await(lock, giveUpAt, [this] { return m_waiting.empty(); });
 }
 
-Delivery Connection::sendDatagram(const iovec* parts, std::size_t partCount) const {
-    const std::uint64_t giveUpAt = realMonotonicNs() + fullLimitNs;
+Delivery Connection::sendDatagram(const iovec* parts, std::size_t partCount, std::uint64_t giveUpAt) const {
     for (;;) {
         const Delivery delivery = deliveryOf(sendOnce(m_fd, parts, partCount, 0));
         if (delivery != Delivery::full || realMonotonicNs() >= giveUpAt) {
@@ -161,11 +173,11 @@ Delivery Connection::sendDatagram(const iovec* parts, std::size_t partCount) con
 }
 
 /// Has the receiver's process read the endpoint while its owner is busy.
-void Connection::askToDrain() const {
+void Connection::askToDrain(std::uint64_t giveUpAt) const {
     const std::uint32_t pid = ownerOf(nodeDirectory(m_run, m_to.node), static_cast<std::uint16_t>(m_to.id));
     if (pid != 0) {
         const auto cpid = static_cast<std::uint16_t>(m_to.id);
-        tell({m_to.node, pid}, Topic::drain, {reinterpret_cast<const char*>(&cpid), sizeof(cpid)});
+        tell({m_to.node, pid}, Topic::drain, {reinterpret_cast<const char*>(&cpid), sizeof(cpid)}, giveUpAt);
     }
 }
 

@@ -18,12 +18,17 @@
 
 namespace mox::host {
 
-enum class Delivery { done, gone, full, tooLong };
+/// noMeans: this process lacks what it needs, most likely descriptors.
+enum class Delivery { done, gone, full, tooLong, noMeans };
+
+/// How long a sender waits for a full receiver.
+constexpr std::uint64_t fullLimitNs = 2'000'000'000;
 
 class Connection : public std::enable_shared_from_this<Connection> {
 public:
-    /// @return null when there is no such socket
-    static std::shared_ptr<Connection> open(const Run& run, SocketKey to);
+    /// @param[out] connection  set when the result is done
+    /// @return done, gone (there is no such socket), noMeans
+    static Delivery open(const Run& run, SocketKey to, std::shared_ptr<Connection>& connection);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -31,8 +36,8 @@ public:
     /// Sends one well-formed message, or has it wait for room. Messages of one thread arrive in order. Blocks while
     /// too much waits, up to 2 s. Any thread.
     Delivery sendMessage(const void* message, std::size_t size);
-    /// Sends one datagram. Blocks while there is no room, up to 2 s. Any thread.
-    Delivery sendDatagram(const iovec* parts, std::size_t partCount) const;
+    /// Sends one datagram. Blocks while there is no room. @param giveUpAt  by realMonotonicNs(). Any thread.
+    Delivery sendDatagram(const iovec* parts, std::size_t partCount, std::uint64_t giveUpAt) const;
 
     bool hasWaiting() const { return m_hasWaiting.load(std::memory_order_acquire); }
     /// Waits until nothing waits. @param giveUpAt  by realMonotonicNs()
@@ -42,10 +47,10 @@ private:
     Connection(const Run& run, SocketKey to, int fd) : m_run(run), m_to(to), m_fd(fd) {}
     Delivery wait(const std::uint8_t* message, std::size_t size);
     template <typename Condition>
-    bool await(std::unique_lock<std::mutex>& lock, std::chrono::nanoseconds limit, const Condition& condition);
+    bool await(std::unique_lock<std::mutex>& lock, std::uint64_t giveUpAt, const Condition& condition);
     void watchForRoom();
     void sendWaiting();
-    void askToDrain() const;
+    void askToDrain(std::uint64_t giveUpAt) const;
 
     const Run& m_run;
     const SocketKey m_to;

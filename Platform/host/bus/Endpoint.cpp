@@ -2,6 +2,7 @@
 
 #include "../core/Inbox.hpp"
 #include "../core/Send.hpp"
+#include "../run/NoCancellation.hpp"
 #include "BadDatagrams.hpp"
 #include "Reader.hpp"
 
@@ -9,20 +10,17 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstring>
-#include <memory>
 
 namespace mox::host {
 
 namespace {
 
-/// Room for the largest datagram and one byte more, which tells a longer one. Only the pages that are used are there.
-using ReadBuffer = std::array<std::uint8_t, maxWireSize + 1>;
-
-thread_local const std::unique_ptr<ReadBuffer> t_readBuffer(new ReadBuffer);
+/// Room for the largest datagram and one byte more, which tells a longer one.
+constexpr std::size_t bufferSize = maxWireSize + 1;
+constexpr unsigned mostBadInARow = 64;
 
 /// What the bytes begin with; zeros where they end early.
 SAaSysComMsgHeader headerIn(const std::uint8_t* bytes, std::size_t size) {
@@ -33,9 +31,11 @@ SAaSysComMsgHeader headerIn(const std::uint8_t* bytes, std::size_t size) {
 
 } // namespace
 
-Endpoint::Endpoint(std::uint32_t sicad, int fd, Inbox& inbox) : m_sicad(sicad), m_fd(fd), m_inbox(inbox) {}
+Endpoint::Endpoint(std::uint32_t sicad, int fd, Inbox& inbox)
+    : m_sicad(sicad), m_fd(fd), m_inbox(inbox), m_buffer(new std::uint8_t[bufferSize]) {}
 
 Endpoint::~Endpoint() {
+    const NoCancellation wholeCall; // the last owner may be a thread that receives
     ::close(m_fd);
 }
 
@@ -79,21 +79,27 @@ bool Endpoint::isForHere(std::uint32_t receiver) const {
     return !toOwnNode || (receiver & 0xFFFFU) == (m_sicad & 0xFFFFU);
 }
 
-/// Reads the next well-formed datagram, and gives its messages to `take`.
+/// Reads the next well-formed datagram, and gives its messages to `take`. Looks past some that are not, but not past
+/// any number: somebody who sends nothing else must not hold up the caller.
 /// @return false with errno: there is none, or no memory (ENOMEM) for one of them
 template <typename Take>
 bool Endpoint::readDatagram(const Take& take) {
-    ReadBuffer& buffer = *t_readBuffer;
+    std::uint8_t* const buffer = m_buffer.get();
     std::size_t size = 0;
+    unsigned left = mostBadInARow;
     do {
-        const ssize_t got = recv(m_fd, buffer.data(), buffer.size(), MSG_DONTWAIT);
+        if (left-- == 0) {
+            errno = EAGAIN;
+            return false;
+        }
+        const ssize_t got = recv(m_fd, buffer, bufferSize, MSG_DONTWAIT);
         if (got < 0) {
             return false;
         }
         size = static_cast<std::size_t>(got);
-    } while (!isWellFormed(buffer.data(), size));
+    } while (!isWellFormed(buffer, size));
     for (std::size_t at = 0; at < size;) {
-        const std::size_t bodySize = Message::bodySize(headerIn(buffer.data() + at, size - at));
+        const std::size_t bodySize = Message::bodySize(headerIn(buffer + at, size - at));
         Message* message = Message::allocate(static_cast<std::uint32_t>(bodySize));
         if (message == nullptr) {
             dropBadDatagram("no memory for it");
@@ -101,7 +107,7 @@ bool Endpoint::readDatagram(const Take& take) {
             return false;
         }
         const std::size_t wireSize = sizeof(SAaSysComMsgHeader) + bodySize;
-        std::memcpy(message->handle(), buffer.data() + at, wireSize);
+        std::memcpy(message->handle(), buffer + at, wireSize);
         at += wireSize;
         take(message);
     }
@@ -110,10 +116,15 @@ bool Endpoint::readDatagram(const Take& take) {
 
 bool Endpoint::readForOwner() {
     const std::lock_guard<std::mutex> lock(m_readMutex);
-    return !m_shutDown && readDatagram([this](Message* message) {
-        message->from = Message::From::ownersRead;
-        m_inbox.queueRead(message);
-    });
+    bool any = false;
+    if (!m_shutDown) {
+        readDatagram([this, &any](Message* message) {
+            message->from = Message::From::ownersRead;
+            m_inbox.queueRead(message);
+            any = true;
+        });
+    }
+    return any;
 }
 
 bool Endpoint::moveToInbox(unsigned most) {

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 
 namespace mox::host {
@@ -25,7 +26,7 @@ public:
     int fd() const { return m_fd; }
 
     /// Owner only. Moves the messages of the next well-formed datagram in the socket to the owner's queue.
-    /// @return false: there is none, or no memory for one of them
+    /// @return false: there is none, or no memory for the first of them
     bool readForOwner();
 
     /// What the reader thread does when the socket is readable: moves up to `most` datagrams to the inbox.
@@ -62,7 +63,8 @@ private:
     std::atomic<bool> m_servedWhileFull{false};
     std::mutex m_watchMutex; ///< m_servedWhileFull and what the reader thread does change together
     std::mutex m_readMutex;  ///< a datagram is read and queued in one step, so that the order of a sender is kept
-    bool m_shutDown = false; ///< under m_readMutex
+    const std::unique_ptr<std::uint8_t[]> m_buffer; ///< used under m_readMutex; only the pages that are used are there
+    bool m_shutDown = false;                        ///< under m_readMutex
 };
 
 } // namespace mox::host

@@ -19,23 +19,25 @@ using ConnectionPtr = std::shared_ptr<Connection>;
 
 class Connections {
 public:
-    ConnectionPtr get(const Run& run, SocketKey to) {
+    /// @param[out] connection  set when the result is done
+    Delivery get(const Run& run, SocketKey to, ConnectionPtr& connection) {
         {
             const std::shared_lock<std::shared_mutex> lock(m_mutex);
             const auto known = m_open.find(to.packed());
             if (known != m_open.end()) {
-                return known->second;
+                connection = known->second;
+                return Delivery::done;
             }
         }
-        ConnectionPtr connection = Connection::open(run, to);
-        if (connection) {
+        const Delivery opened = Connection::open(run, to, connection);
+        if (opened == Delivery::done) {
             const std::unique_lock<std::shared_mutex> lock(m_mutex);
             if (m_open.size() >= mostConnections) {
                 dropIdle(); // whoever sends just now keeps its own; those that are needed come back
             }
-            return m_open.emplace(to.packed(), connection).first->second;
+            connection = m_open.emplace(to.packed(), connection).first->second;
         }
-        return nullptr;
+        return opened;
     }
 
     /// Forgets a connection that turned out to lead nowhere.
@@ -91,9 +93,10 @@ Connections& connections() {
 template <typename Send>
 Delivery over(const Run& run, SocketKey to, const Send& send) {
     for (bool again = false;; again = true) {
-        const ConnectionPtr connection = connections().get(run, to);
-        if (!connection) {
-            return Delivery::gone;
+        ConnectionPtr connection;
+        const Delivery opened = connections().get(run, to, connection);
+        if (opened != Delivery::done) {
+            return opened;
         }
         const Delivery delivery = send(*connection);
         if (delivery != Delivery::gone) {
@@ -112,8 +115,10 @@ Delivery deliverMessage(const Run& run, SocketKey to, const void* message, std::
     return over(run, to, [=](Connection& connection) { return connection.sendMessage(message, size); });
 }
 
-Delivery deliverDatagram(const Run& run, SocketKey to, const iovec* parts, std::size_t partCount) {
-    return over(run, to, [=](const Connection& connection) { return connection.sendDatagram(parts, partCount); });
+Delivery deliverDatagram(const Run& run, SocketKey to, const iovec* parts, std::size_t partCount,
+                         std::uint64_t giveUpAt) {
+    return over(run, to,
+                [=](const Connection& connection) { return connection.sendDatagram(parts, partCount, giveUpAt); });
 }
 
 } // namespace mox::host

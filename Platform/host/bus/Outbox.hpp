@@ -9,8 +9,10 @@ namespace mox::host {
 /// order. Any thread.
 Delivery deliverMessage(const Run& run, SocketKey to, const void* message, std::size_t size);
 
-/// Sends one datagram made of `parts`; waits for room up to 2 s. Those from one thread to one receiver arrive in order.
-/// Any thread.
-Delivery deliverDatagram(const Run& run, SocketKey to, const iovec* parts, std::size_t partCount);
+/// Sends one datagram made of `parts`; waits for room. Those from one thread to one receiver arrive in order. Any
+/// thread.
+/// @param giveUpAt  by realMonotonicNs()
+Delivery deliverDatagram(const Run& run, SocketKey to, const iovec* parts, std::size_t partCount,
+                         std::uint64_t giveUpAt);
 
 } // namespace mox::host

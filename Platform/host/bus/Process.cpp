@@ -1,5 +1,6 @@
 #include "Process.hpp"
 
+#include "../run/Clock.hpp"
 #include "../run/Lifecycle.hpp"
 #include "../run/PlatformLog.hpp"
 #include "../run/PlatformThread.hpp"
@@ -127,14 +128,14 @@ bool openProcessSocket(const Run& run) {
     const sockaddr_un address = addressIn(run.nodeFd(), name);
     const int fd = datagramSocket();
     unlinkat(run.nodeFd(), name.c_str(), 0);
-    if (fd < 0 || bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+    if (fd < 0 || bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
+        !Reader::instance().addDescriptor(fd, [fd] { readNotices(fd); })) {
         logPlatform(4, "cannot open the process's socket %s: %s", name.c_str(), std::strerror(errno));
         if (fd >= 0) {
             ::close(fd);
         }
         return false;
     }
-    Reader::instance().addDescriptor(fd, [fd] { readNotices(fd); });
     atPlatformEnd([fd, name] {
         Reader::instance().removeDescriptor(fd);
         ::close(fd);
@@ -151,6 +152,10 @@ ProcessAddress ownProcess() {
 }
 
 bool tell(ProcessAddress to, Topic topic, std::string_view body) {
+    return tell(to, topic, body, realMonotonicNs() + fullLimitNs);
+}
+
+bool tell(ProcessAddress to, Topic topic, std::string_view body, std::uint64_t giveUpAt) {
     if (to == ownProcess()) {
         notices().post(to, static_cast<std::uint16_t>(topic), std::string(body));
         return true;
@@ -164,7 +169,7 @@ bool tell(ProcessAddress to, Topic topic, std::string_view body) {
     const std::array<iovec, 2> parts{iovec{&header, sizeof(header)},
                                      iovec{const_cast<char*>(body.data()), body.size()}};
     const SocketKey receiver{SocketKey::Kind::process, to.node, to.pid};
-    return deliverDatagram(*run, receiver, parts.data(), parts.size()) == Delivery::done;
+    return deliverDatagram(*run, receiver, parts.data(), parts.size(), giveUpAt) == Delivery::done;
 }
 
 void onNotice(Topic topic, NoticeHandler handler) {

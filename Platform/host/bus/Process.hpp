@@ -36,6 +36,8 @@ ProcessAddress ownProcess();
 /// @return false: the process is gone (the caller then forgets what it had registered), or stayed full for 2 s.
 /// Any thread. Blocks only while the receiver is full.
 bool tell(ProcessAddress to, Topic topic, std::string_view body);
+/// As above. @param giveUpAt  how long to wait for a full receiver, by realMonotonicNs()
+bool tell(ProcessAddress to, Topic topic, std::string_view body, std::uint64_t giveUpAt);
 
 /// Sets who handles a topic; called on the platform's notice thread, one notice at a time. `body` is valid during the
 /// call. Set before startProcess(), or at any time by any thread.

@@ -34,13 +34,16 @@ void Reader::startIfNeeded() {
     }
 }
 
-void Reader::add(const std::shared_ptr<Endpoint>& endpoint) {
+bool Reader::add(const std::shared_ptr<Endpoint>& endpoint) {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    startIfNeeded();
-    m_endpoints.emplace(endpoint->fd(), endpoint);
     epoll_event event{};
     event.data.fd = endpoint->fd();
-    epoll_ctl(m_epoll, EPOLL_CTL_ADD, endpoint->fd(), &event);
+    if (epoll_ctl(m_epoll, EPOLL_CTL_ADD, endpoint->fd(), &event) != 0) {
+        return false;
+    }
+    startIfNeeded();
+    m_endpoints.emplace(endpoint->fd(), endpoint);
+    return true;
 }
 
 void Reader::remove(const Endpoint& endpoint) {
@@ -57,14 +60,17 @@ void Reader::watch(const Endpoint& endpoint, bool on) const {
     epoll_ctl(m_epoll, EPOLL_CTL_MOD, endpoint.fd(), &event);
 }
 
-void Reader::addDescriptor(int fd, std::function<void()> readable) {
+bool Reader::addDescriptor(int fd, std::function<void()> readable) {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    startIfNeeded();
-    m_descriptors[fd] = std::make_shared<std::function<void()>>(std::move(readable));
     epoll_event event{};
     event.events = EPOLLIN;
     event.data.fd = fd;
-    epoll_ctl(m_epoll, EPOLL_CTL_ADD, fd, &event);
+    if (epoll_ctl(m_epoll, EPOLL_CTL_ADD, fd, &event) != 0) {
+        return false;
+    }
+    startIfNeeded();
+    m_descriptors[fd] = std::make_shared<std::function<void()>>(std::move(readable));
+    return true; // what is readable already is served as soon as the mutex is free
 }
 
 void Reader::removeDescriptor(int fd) {

@@ -15,14 +15,15 @@ class Reader {
 public:
     static Reader& instance();
 
-    /// Knows an endpoint from now on, without watching it yet.
-    void add(const std::shared_ptr<Endpoint>& endpoint);
+    /// Knows an endpoint from now on, without watching it yet. @return false with errno: the kernel refuses
+    bool add(const std::shared_ptr<Endpoint>& endpoint);
     void remove(const Endpoint& endpoint);
     /// Begins or ends watching a known endpoint.
     void watch(const Endpoint& endpoint, bool on) const;
 
     /// Watches any other descriptor; `readable` runs on the reader thread and must not block.
-    void addDescriptor(int fd, std::function<void()> readable);
+    /// @return false with errno: the kernel refuses
+    bool addDescriptor(int fd, std::function<void()> readable);
     /// Returns when `readable` is not running and will not run again; not to be called by it.
     void removeDescriptor(int fd);
 

@@ -64,13 +64,17 @@ int datagramSocket() {
     return ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
 }
 
+bool connectTo(int fd, int directory, const std::string& name) {
+    const sockaddr_un address = addressIn(directory, name);
+    return ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
+}
+
 bool isAlive(int directory, const std::string& name) {
     const int fd = datagramSocket();
     if (fd < 0) {
         return true; // nobody knows, and a living one must not lose its name
     }
-    const sockaddr_un address = addressIn(directory, name);
-    const bool alive = ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
+    const bool alive = connectTo(fd, directory, name);
     ::close(fd);
     return alive;
 }

@@ -39,6 +39,9 @@ sockaddr_un addressIn(int directory, const std::string& name);
 /// A non-blocking-receive datagram socket. @return descriptor, or -1 with errno
 int datagramSocket();
 
+/// Connects a socket to a name in an open directory. @return false with errno: most likely nobody receives there
+bool connectTo(int fd, int directory, const std::string& name);
+
 /// Whether somebody receives under this name; true also when that cannot be found out.
 bool isAlive(int directory, const std::string& name);
 

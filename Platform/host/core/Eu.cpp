@@ -1,5 +1,6 @@
 #include "Eu.hpp"
 
+#include "../run/NoCancellation.hpp"
 #include "../run/PlatformLog.hpp"
 #include "Inbox.hpp"
 #include "Registry.hpp"
@@ -183,6 +184,7 @@ std::uint32_t Eu::address() const {
 }
 
 EAaProEuRetVal createEu(std::uint32_t* euId, const EuRequest& request) {
+    const NoCancellation wholeCall; // nobody else would join what it waits for
     if (!isValid(request)) {
         return EAaProEuRetVal_InvalidValue;
     }

@@ -2,9 +2,12 @@
 
 #include "../bus/Endpoint.hpp"
 #include "../run/Clock.hpp"
+#include "../run/NoCancellation.hpp"
 
+#include <pthread.h>
 #include <sched.h>
 #include <sys/eventfd.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -135,8 +138,8 @@ void Inbox::endPause() {
 
 void Inbox::wakeFromPoll() const {
     const std::uint64_t one = 1;
-    const auto written = ::write(m_wakeFd.load(std::memory_order_acquire), &one, sizeof(one));
-    (void)written; // fails only when the counter is at its limit, and then the owner is being woken already
+    // Fails only when the counter is at its limit, and then the owner is being woken already.
+    uncancelled(SYS_write, m_wakeFd.load(std::memory_order_acquire), &one, sizeof(one));
 }
 
 Message* Inbox::popFront() {
@@ -273,6 +276,7 @@ bool Inbox::waitForMore(std::uint64_t deadlineNs) {
 }
 
 void Inbox::sleep(std::uint64_t deadlineNs) {
+    pthread_testcancel(); // sleeping on a futex is no cancellation point
     if (m_sleep == Sleep::inPoll) {
         sleepInPoll(deadlineNs);
     } else {
@@ -344,16 +348,21 @@ void Inbox::sleepInPoll(std::uint64_t deadlineNs) {
     }
 }
 
-void Inbox::attach(const std::shared_ptr<Endpoint>& endpoint) {
+bool Inbox::attach(const std::shared_ptr<Endpoint>& endpoint) {
     {
         const std::lock_guard<std::mutex> lock(m_endpointsMutex);
         if (m_wakeFd.load(std::memory_order_relaxed) < 0) {
-            m_wakeFd.store(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC), std::memory_order_release);
+            const int fd = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+            if (fd < 0) {
+                return false;
+            }
+            m_wakeFd.store(fd, std::memory_order_release);
         }
         m_endpoints.push_back(endpoint);
         m_endpointsVersion.fetch_add(1, std::memory_order_release);
     }
     setSleep(Sleep::inPoll);
+    return true;
 }
 
 void Inbox::detach(const Endpoint* endpoint) {

@@ -38,7 +38,8 @@ public:
     Message* takeSelective(std::int32_t timeoutUs, const std::uint16_t* ids, std::size_t count);
 
     /// Owner only. From now on the endpoint's socket feeds this inbox.
-    void attach(const std::shared_ptr<Endpoint>& endpoint);
+    /// @return false with errno: there is no descriptor left to wake the owner by
+    bool attach(const std::shared_ptr<Endpoint>& endpoint);
     /// Any thread. Ends attach().
     void detach(const Endpoint* endpoint);
     /// Reader thread only: queues what it has read.

@@ -3,10 +3,13 @@
 #include "../bus/Claim.hpp"
 #include "../bus/Endpoint.hpp"
 #include "../bus/Reader.hpp"
+#include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
 #include "Inbox.hpp"
 #include "pal/AaSysCom.h"
 
+#include <cerrno>
+#include <cstring>
 #include <vector>
 
 namespace mox::host {
@@ -36,22 +39,37 @@ void Registry::set(std::uint16_t cpid, Inbox* inbox) {
     (*page.load(std::memory_order_relaxed))[cpid & 0xFFU].store(inbox, std::memory_order_release);
 }
 
-bool Registry::claim(std::uint16_t cpid, Inbox& inbox) {
+/// Takes over the bound socket `fd`. @return null: the operating system refuses, which is logged
+std::shared_ptr<Endpoint> Registry::openEndpoint(const Run& run, std::uint16_t cpid, int fd, Inbox& inbox) {
+    auto endpoint = std::make_shared<Endpoint>(instance().addressOf(cpid), fd, inbox);
+    if (Reader::instance().add(endpoint)) {
+        if (inbox.attach(endpoint)) {
+            return endpoint;
+        }
+        Reader::instance().remove(*endpoint);
+    }
+    logPlatform(4, "cannot register 0x%04X: %s", cpid, std::strerror(errno));
+    unclaimEndpoint(run, cpid);
+    return nullptr;
+}
+
+Registry::Claim Registry::claim(std::uint16_t cpid, Inbox& inbox) {
     if (find(cpid) != nullptr) {
-        return false;
+        return Claim::taken;
     }
     if (const Run* run = Run::current()) {
         const int fd = claimEndpoint(*run, cpid);
         if (fd < 0) {
-            return false;
+            return fd == claimTaken ? Claim::taken : Claim::failed;
         }
-        auto endpoint = std::make_shared<Endpoint>(addressOf(cpid), fd, inbox);
-        Reader::instance().add(endpoint);
-        inbox.attach(endpoint);
+        auto endpoint = openEndpoint(*run, cpid, fd, inbox);
+        if (!endpoint) {
+            return Claim::failed;
+        }
         m_endpoints.emplace(cpid, std::move(endpoint));
     }
     set(cpid, &inbox);
-    return true;
+    return Claim::done;
 }
 
 std::uint16_t Registry::addDynamic(Inbox& inbox) {
@@ -59,8 +77,9 @@ std::uint16_t Registry::addDynamic(Inbox& inbox) {
     for (unsigned i = 0; i < count; ++i) {
         const auto cpid = static_cast<std::uint16_t>(firstDynamic + m_nextDynamic);
         m_nextDynamic = static_cast<std::uint16_t>((m_nextDynamic + 1U) % count);
-        if (claim(cpid, inbox)) {
-            return cpid;
+        const Claim result = claim(cpid, inbox);
+        if (result != Claim::taken) {
+            return result == Claim::done ? cpid : std::uint16_t{0};
         }
     }
     return 0;
@@ -71,7 +90,7 @@ std::uint16_t Registry::add(std::uint16_t cpid, Inbox& inbox) {
     if (cpid == 0) {
         return addDynamic(inbox);
     }
-    return claim(cpid, inbox) ? cpid : std::uint16_t{0};
+    return claim(cpid, inbox) == Claim::done ? cpid : std::uint16_t{0};
 }
 
 bool Registry::remove(std::uint16_t cpid, const Inbox* inbox) {

@@ -11,6 +11,7 @@ namespace mox::host {
 
 class Endpoint;
 class Inbox;
+class Run;
 
 /// One object. find() is on the path of every message: two reads, no lock.
 class Registry {
@@ -41,7 +42,9 @@ private:
 
     Registry() = default;
     std::uint16_t addDynamic(Inbox& inbox);
-    bool claim(std::uint16_t cpid, Inbox& inbox);
+    enum class Claim { done, taken, failed };
+    Claim claim(std::uint16_t cpid, Inbox& inbox);
+    static std::shared_ptr<Endpoint> openEndpoint(const Run& run, std::uint16_t cpid, int fd, Inbox& inbox);
     void set(std::uint16_t cpid, Inbox* inbox);
 
     std::array<std::atomic<Page*>, 256> m_pages{}; ///< a page, once made, stays

@@ -1,5 +1,6 @@
 #include "Semaphore.hpp"
 
+#include "../run/NoCancellation.hpp"
 #include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
 
@@ -67,6 +68,7 @@ int openFile(const char* name, std::uint32_t initialCount) {
 } // namespace
 
 SharedCount* SharedCount::open(const char* name, std::uint32_t initialCount) {
+    const NoCancellation whileFilesAreOpen;
     const int fd = openFile(name, initialCount);
     if (fd < 0) {
         return nullptr;

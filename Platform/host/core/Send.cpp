@@ -55,7 +55,7 @@ EAaSysComRetVal resultOf(Delivery delivery) {
     case Delivery::full:
         return EAaSysComRetVal_ReceiverFull;
     default:
-        return EAaSysComRetVal_Error;
+        return EAaSysComRetVal_OutOfResources;
     }
 }
 

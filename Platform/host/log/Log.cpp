@@ -1,6 +1,7 @@
 #include "Log.hpp"
 
 #include "../run/Clock.hpp"
+#include "../run/NoCancellation.hpp"
 #include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
 #include "LogSinks.hpp"
@@ -71,6 +72,7 @@ LogLine lineOf(int level, std::string_view text, std::string_view name) {
 }
 
 void distribute(int level, unsigned int feature, std::string_view text) {
+    const NoCancellation whileWriting;
     const std::string name = processName();
     const Domain* domain = ownDomain();
     LogLine line = lineOf(level, text, name);
@@ -117,6 +119,7 @@ void write(int level, unsigned int feature, const char* format, va_list args) {
 }
 
 void writeSystemLine(int level, const char* format, va_list args) {
+    const NoCancellation whileWriting;
     const int callersErrno = errno;
     const Text text(format, args);
     const std::string name = processName();

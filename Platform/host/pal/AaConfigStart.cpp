@@ -1,4 +1,5 @@
 #include "../run/Lifecycle.hpp"
+#include "../run/NoCancellation.hpp"
 #include "../run/Run.hpp"
 #include "AaConfig.hpp"
 #include "AaConfigState.hpp"
@@ -53,6 +54,7 @@ int AaConfigEarlyStartup() {
     if (config::started()) {
         return EAaConfigRetVal_NoError;
     }
+    const NoCancellation whileFilesAreOpen;
     std::string why;
     int result = EAaConfigRetVal_NoError;
     const Run::Attach attached = Run::attach(why);

@@ -1,3 +1,4 @@
+#include "../run/NoCancellation.hpp"
 #include "../run/PlatformLog.hpp"
 #include "AaConfig.hpp"
 #include "AaConfigState.hpp"
@@ -22,6 +23,7 @@ struct CloseFile {
 
 /// Reads at most one byte more than a tag file may have, so that a longer one is refused as such.
 std::optional<std::string> contentOf(const char* fileName) {
+    const NoCancellation whileItIsOpen;
     const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(fileName, "re"));
     if (!file) {
         // Most boards have no such file.

@@ -5,6 +5,7 @@
 #include "../core/Registry.hpp"
 #include "../run/Environment.hpp"
 #include "../run/Lifecycle.hpp"
+#include "../run/NoCancellation.hpp"
 #include "AaConfigState.hpp"
 
 #include <algorithm>
@@ -77,6 +78,7 @@ void serveFullEndpoints(ProcessAddress, std::string_view body) {
 } // namespace
 
 int AaStartupEeStartup() {
+    const NoCancellation wholeCall;
     const int result = environment().start();
     if (result != EAaStartupRetVal_NoError) {
         return result;
@@ -93,6 +95,7 @@ int AaStartupEeStartup() {
 }
 
 int AaStartupEeShutdown() {
+    const NoCancellation wholeCall;
     std::vector<TAaStartupShutdownCb> callbacks;
     if (!environment().stop(callbacks)) {
         return EAaStartupRetVal_NotStarted;

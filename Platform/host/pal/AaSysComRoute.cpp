@@ -1,6 +1,7 @@
 #include "../core/Eu.hpp"
 #include "../core/Links.hpp"
 #include "../core/Send.hpp"
+#include "../run/NoCancellation.hpp"
 #include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
 #include "../store/Store.hpp"
@@ -77,6 +78,7 @@ EAaSysComRetVal AaSysComLinkRegister(std::uint32_t sicad, std::uint32_t receiver
     if (Run::current() == nullptr) {
         return EAaSysComRetVal_NoRun;
     }
+    const NoCancellation wholeCall;
     watchLink(sicad, receiver);
     return EAaSysComRetVal_NoError;
 }

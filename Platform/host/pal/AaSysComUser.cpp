@@ -2,6 +2,7 @@
 #include "../core/Eu.hpp"
 #include "../core/Registry.hpp"
 #include "../core/Send.hpp"
+#include "../run/NoCancellation.hpp"
 #include "../run/Run.hpp"
 #include "AaPro.hpp"
 #include "AaSysCom.hpp"
@@ -16,6 +17,7 @@ std::uint16_t registerForCaller(std::uint16_t cpid) {
     if (cpid > lastStatic) {
         return 0;
     }
+    const NoCancellation wholeCall;
     Eu& eu = Eu::current();
     const std::uint16_t registered = Registry::instance().add(cpid, eu.makeInbox());
     if (registered != 0) {
@@ -95,6 +97,7 @@ std::uint16_t AaSysComUserRegister(std::uint16_t cpid) {
 }
 
 EAaSysComRetVal AaSysComUserDeregister(std::uint16_t cpid) {
+    const NoCancellation wholeCall;
     return Registry::instance().remove(cpid) ? EAaSysComRetVal_NoError : EAaSysComRetVal_NotFound;
 }
 

@@ -1,6 +1,7 @@
 #include "AaSysLog.hpp"
 
 #include "../log/Log.hpp"
+#include "../run/NoCancellation.hpp"
 #include "AaConfig.hpp"
 #include "AaMem.hpp"
 #include "FileCopy.hpp"
@@ -84,6 +85,7 @@ int AaSysLogDumpRingBufferToFile(unsigned int featureId, const char* fileName, u
     log::FeatureRing* ring = log::ringOf(featureId);
     if (!ring)
         return EAaSysLogRetVal_NotFound;
+    const NoCancellation whileWriting;
     std::string lines;
     {
         const std::lock_guard<std::mutex> guard(ring->mutex);

@@ -1,6 +1,7 @@
 #include "AaSysTime.hpp"
 
 #include "../run/Clock.hpp"
+#include "../run/NoCancellation.hpp"
 #include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
 #include "../run/RunTable.hpp"
@@ -57,6 +58,7 @@ std::int64_t nodeUtcMs() {
 }
 
 std::int64_t zoneOffsetMin(std::int64_t utcMs) {
+    const NoCancellation whileTheZoneIsRead;
     const std::int64_t latest = sizeof(time_t) == 4 ? INT32_MAX : latestTimeMs / 1000;
     const auto seconds = static_cast<time_t>(std::clamp(utcMs / 1000, std::int64_t{0}, latest));
     tm parts{};

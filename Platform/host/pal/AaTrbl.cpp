@@ -3,6 +3,7 @@
 #include "../log/Log.hpp"
 #include "../run/Environment.hpp"
 #include "../run/Lifecycle.hpp"
+#include "../run/NoCancellation.hpp"
 #include "../run/PlatformLog.hpp"
 #include "../run/Run.hpp"
 #include "FileCopy.hpp"
@@ -211,6 +212,7 @@ int AaTrblFileRegister(const char* name, const char* fileName, EAaTrblFilePriori
 int AaTrblFileUnregister(const char* name) {
     if (!name)
         return EAaTrblRetVal_InvalidValue;
+    const NoCancellation untilItsCallBacksHaveReturned;
     std::unique_lock<std::mutex> lock(state().mutex);
     auto& entries = state().entries;
     const auto found =

@@ -1,5 +1,6 @@
 #include "Command.hpp"
 
+#include "../run/NoCancellation.hpp"
 #include "../run/PlatformLog.hpp"
 
 #include <fcntl.h>
@@ -116,6 +117,7 @@ EAaProEuRetVal waitFor(pid_t pid, std::int32_t* exitStatus) {
 
 EAaProEuRetVal runCommand(const char* const* arguments, Streams streams,
                           const std::function<void(std::string_view)>& sink, std::int32_t* exitStatus) {
+    const NoCancellation untilTheProcessHasEnded;
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC) != 0) {
         logPlatform(4, "%s: no pipe: %s", arguments[0], std::strerror(errno));

@@ -10,6 +10,8 @@
 /// answers as its text says; the store then still holds what it held before.
 ///
 /// Any thread may call anything; a thread holds at most one transaction.
+#include "../run/NoCancellation.hpp"
+
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -63,6 +65,7 @@ public:
         bool commit();
 
     private:
+        const NoCancellation m_whileItHoldsTheLock;
         const Store& m_store;
         MDB_txn* m_txn = nullptr;
         bool m_failed = false;

@@ -1,6 +1,11 @@
 #pragma once
 /// Execution units (EU: a platform thread with an id, a name and, once registered, a message queue), the scheduling
 /// policy of the execution environment, and running commands.
+///
+/// An EU may be cancelled (pthread_cancel): it ends as one that returns, and loses its registrations.
+/// AaSysComMsgReceive, AaSysComMsgReceiveSelective and AaSysTimeSleep may be cancellation points, when they wait; no
+/// other call of the platform is one, and none leaves a lock held. An EU that is asleep when it is cancelled may sleep
+/// on until its wait is over.
 #include <stddef.h>
 #include <stdint.h>
 

@@ -60,7 +60,7 @@ typedef enum EAaSysComRetVal {
     EAaSysComRetVal_NoError = 0,
     EAaSysComRetVal_Error = 1,
     EAaSysComRetVal_InvalidValue = 2,   ///< null handle, or not a message
-    EAaSysComRetVal_OutOfResources = 3, ///< no memory
+    EAaSysComRetVal_OutOfResources = 3, ///< no memory, or no descriptors
     EAaSysComRetVal_NoReceiver = 4,     ///< nobody has registered the address, or its process is dead
     EAaSysComRetVal_ReceiverFull = 5,   ///< the receiver's queue stayed full for the send time limit
     EAaSysComRetVal_NotFound = 6,       ///< no such registration
