@@ -16,7 +16,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 [[ ${1-} == -h || ${1-} == --help ]] && usage && exit 0
 "$top/scripts/setup.sh" build test
-configureAndBuild dev
+configureAndBuild dev Services/all Tools/all # tests would treble the time
 
 shopt -s nullglob
 steps=("$top"/scripts/demo/*.sh)
