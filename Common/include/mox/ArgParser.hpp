@@ -35,9 +35,8 @@ public:
     /// Reads the words from index 1 on and notes "arg on" or the value for each declared option.
     /// @param argc  number of words; 0 does nothing
     /// @param argv  words; null does nothing
-    /// @return one blank and the offender for each character of a group (" -x") and each long option (" --name") that
-    /// is
-    ///         not declared, each long option with '=' but no value (" --name"), and each other word; else empty
+    /// @return empty, or one blank and the offender for each: a character of a group that is not declared (" -x"), a
+    ///         long option that is not declared or has a '=' without value (" --name"), any other word (" word")
     std::string Parse(int argc, char** argv) override;
 
     /// @return "arg off" (declared, not given), "arg on" (given without value) or the value; empty if never declared

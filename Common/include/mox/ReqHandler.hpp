@@ -42,7 +42,9 @@ public:
     /// @param msgHandle  the response; not owned
     void HandleForwardedReqResp(void* msgHandle);
 
-    /// Tells the request that a time-out message names. One that has completed meanwhile is not told.
+    /// Tells the request that a time-out message names. One that has completed meanwhile is not told; a later
+    /// request that got the same address would be. Where that can happen, put something behind the address that tells
+    /// requests apart and look at it before this call.
     /// @param msgHandle  API_FORWARD_TIMEOUT_OUT: the payload is the address of the request, in the byte order and size
     ///                   of this process; not owned
     /// @throws MsgHandlingException if the message has no such payload, and what the request throws

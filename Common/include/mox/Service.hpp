@@ -105,7 +105,8 @@ public:
     /// @throws RuntimeException if the message's delegate failed
     bool Run() override;
 
-    /// Ends the loop after the message that is being handled or that comes next. Any thread.
+    /// Ends the loop after the message that is being handled or that comes next; messages behind it are dropped. The
+    /// request stays: a service that is started again ends after its first message. Any thread.
     void Terminate();
 
     // --- R&D parameters ---
@@ -175,10 +176,12 @@ protected:
     /// @return whether it was created and ended normally
     bool CreateAndStartEu();
 
-    /// Receives and handles one message.
+    /// Receives one message, waiting for it without limit, and handles it. Main EU.
+    /// @throws RuntimeException if the message's delegate threw any std::exception; what else it threw passes through
     void HandleMessages();
 
-    /// Called after every pass of the loop; a place to feed a watchdog.
+    /// Called by Run after each message; does nothing. It is not virtual: a service that feeds a watchdog does so in a
+    /// Run of its own.
     void PingWatchdog();
 
 private:
