@@ -87,8 +87,8 @@ enum { FIND_BINARY_ROW_SIZE = 128 };
 int unit_init(void);
 
 /// The board's unit id, such as "ZUPA".
-/// @return at most 31 characters; empty when it cannot be read (the next call tries again); kept by the library until
-///         unit_init reads another one
+/// @return at most 31 characters; empty when it cannot be read (the next call of any thread tries again, and fills it);
+///         kept by the library until unit_init reads another one
 /// Any thread, the first calls too. Blocks for one reading of the device tree while there is none.
 const char* unit_version(void);
 

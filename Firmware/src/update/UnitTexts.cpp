@@ -45,12 +45,12 @@ bool isEmpty(const Text& kept) {
 }
 
 /// Other threads may do the same: whoever can read the unit fills the texts, and who cannot clears nothing that another
-/// one holds, nor looks at what another one is filling.
+/// one holds. It is always the same buffer, so that who has got an empty text sees the one that a later call reads.
 const char* filled(const Text& kept) {
     Text unitId{};
     if (isEmpty(kept) && read(unitId))
         keep(unitId);
-    return isEmpty(kept) ? "" : kept.data();
+    return kept.data();
 }
 
 } // namespace
