@@ -80,12 +80,13 @@ int ddal_boot_set_ZUP_bootimage_inhibit(uint32_t board, bool inhibit) {
     const SimulatedUnit unit(__func__);
     if (!unit)
         return DDAL_NOT_SUPPORTED;
-    Store& store = unit.run().store();
     const std::string key = bootImageInhibitKey(unit.node(), board);
+    Store::Write write(unit.run().store());
     if (inhibit)
-        return store.put(Table::devices, key, "") ? DDAL_OK : DDAL_IO_ERROR;
-    store.erase(Table::devices, key);
-    return DDAL_OK;
+        write.put(Table::devices, key, "");
+    else
+        write.erase(Table::devices, key);
+    return write.commit() ? DDAL_OK : DDAL_IO_ERROR;
 }
 
 } // namespace mox::host

@@ -57,8 +57,9 @@ int lock(const FileDescriptor& file) {
 }
 
 bool takeRecordAway(Store& store, const std::string& key) {
-    store.erase(Table::devices, key);
-    return !store.get(Table::devices, key);
+    Store::Write write(store);
+    write.erase(Table::devices, key);
+    return write.commit();
 }
 
 bool putRecord(Store& store, const std::string& key, const FlashImage& image) {

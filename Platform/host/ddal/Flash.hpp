@@ -55,10 +55,9 @@ public:
     /// taken away, each block that the file needs is erased, each is programmed, the new record is put. All but the
     /// first are operations, counted and broken as FlashPlan.hpp says.
     /// @param imagePath  file without trailer; an empty one is refused
-    /// @return DDAL_OK, DDAL_NOT_FOUND (no such file), DDAL_INVALID_PARAMETER (an empty file), DDAL_BUSY (an area of
-    /// the
-    ///         device is being written by this or another living process), DDAL_NO_SPACE (nothing was touched),
-    ///         DDAL_IO_ERROR (also for what is no regular file; the area may then be half written)
+    /// @return DDAL_OK, DDAL_NOT_FOUND (no such file), DDAL_INVALID_PARAMETER (an empty file), DDAL_BUSY
+    ///         (an area of the device is being written by this or another living process), DDAL_NO_SPACE (nothing was
+    ///         touched), DDAL_IO_ERROR (also for what is no regular file; the area may then be half written)
     /// Blocks for the time of writing.
     int write(const FlashArea& area, const char* imagePath) const;
 

@@ -87,16 +87,22 @@ std::uint64_t flashOperations() {
 }
 
 bool planFlashOf(const Run& run, std::uint16_t node, FlashPlan plan) {
-    if (plan.kind != FlashPlan::Kind::none)
-        return run.store().put(Table::devices, planKey(node), textOf(plan));
-    run.store().erase(Table::devices, planKey(node));
-    return true;
+    Store::Write write(run.store());
+    if (plan.kind == FlashPlan::Kind::none)
+        write.erase(Table::devices, planKey(node));
+    else
+        write.put(Table::devices, planKey(node), textOf(plan));
+    return write.commit();
 }
 
 void takePlanOf(const Run& run, std::uint16_t node) {
-    const auto text = run.store().get(Table::devices, planKey(node));
+    const std::string key = planKey(node);
+    if (!run.store().get(Table::devices, key)) // without waiting for a writer, as nearly always
+        return;
     // Whoever erases it has it: two updates may begin at once.
-    if (!text || !run.store().erase(Table::devices, planKey(node)))
+    Store::Write write(run.store());
+    const auto text = write.get(Table::devices, key);
+    if (!text || !write.erase(Table::devices, key) || !write.commit())
         return;
     const FlashPlan plan = parseFlashPlan(*text).value_or(FlashPlan());
     Operations& all = operations();

@@ -39,7 +39,7 @@ std::uint64_t flashOperations();
 
 /// Leaves a plan for the next update of any device of a node, whichever process begins it; its operations count from
 /// that update's first. Replaces one that was left before; Kind::none takes it back.
-/// @return whether it is stored
+/// @return whether it is stored, or taken back
 bool planFlashOf(const Run& run, std::uint16_t node, FlashPlan plan);
 
 } // namespace mox::host

@@ -15,15 +15,17 @@ namespace mox::host {
 
 namespace {
 
-/// A service asked for a reset of the BMU and nobody has looked at it since.
-void resetBmuIfAsked(const SimulatedUnit& unit) {
+/// Resets the BMU if a service asked for it and nobody has looked at it since.
+/// @return false: it could not be reset; who looks next tries again
+bool resetBmuIfAsked(const SimulatedUnit& unit) {
     if (!bmuResetIsAsked(unit.run(), unit.node()))
-        return;
+        return true;
     // Twice: the first is for a process that is killed before the file is empty, the second for what was flashed, and
     // asked for again, between the first and that moment.
-    reloadFpga(unit.run(), unit.node(), DDAL_FPGA_BMU);
+    if (!reloadFpga(unit.run(), unit.node(), DDAL_FPGA_BMU))
+        return false;
     forgetBmuReset(unit.run(), unit.node());
-    reloadFpga(unit.run(), unit.node(), DDAL_FPGA_BMU);
+    return reloadFpga(unit.run(), unit.node(), DDAL_FPGA_BMU);
 }
 
 bool hasArea(const FpgaDevice& fpga, std::uint32_t slot) {
@@ -48,8 +50,8 @@ int ddal_fpga_get_active_version(uint32_t fpgaId, uint32_t* version) {
     const FpgaDevice* fpga = unit.fpga(fpgaId);
     if (fpga == nullptr)
         return DDAL_NO_DEVICE;
-    if (fpga->resetControl)
-        resetBmuIfAsked(unit);
+    if (fpga->resetControl && !resetBmuIfAsked(unit))
+        return DDAL_IO_ERROR;
     *version = activeVersion(unit.run().store(), unit.node(), *fpga);
     return DDAL_OK;
 }

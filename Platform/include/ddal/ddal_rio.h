@@ -81,9 +81,9 @@ int ddal_rio_isolate_endpoint(uint16_t deviceId);
 
 /// Takes an endpoint back that ddal_rio_isolate_endpoint cut off: aligns the link's counters and opens its port.
 /// @param deviceId  the endpoint
-/// @return DDAL_OK (also when it was not cut off), DDAL_NOT_FOUND, DDAL_IO_ERROR (the endpoint does not answer and
-/// stays
-///         cut off)
+/// @return DDAL_OK (also when it was not cut off), DDAL_NOT_FOUND,
+///         DDAL_IO_ERROR (the endpoint does not
+///         answer and stays cut off)
 /// Any thread. Blocks up to 500 ms.
 int ddal_rio_reintegrate_endpoint(uint16_t deviceId);
 

@@ -43,9 +43,9 @@ enum {
 /// @param indexKind   what the index counts; DDAL_SYSINFO_INDEX_NONE for a key without index
 /// @param index       the index; null for a key without index
 /// @param[out] value  the number in the key's unit; unchanged unless the result is DDAL_OK
-/// @return DDAL_OK, DDAL_NOT_FOUND (no such category, key or index), DDAL_INVALID_PARAMETER (an index is missing, or
-/// one
-///         is given for a key without), DDAL_IO_ERROR
+/// @return DDAL_OK, DDAL_NOT_FOUND (no such category, key or index), DDAL_INVALID_PARAMETER (an index is missing,
+///         or one is given for a key without),
+///         DDAL_IO_ERROR
 /// Any thread. Blocks up to 50 ms.
 int ddal_sysinfo_get_uint(uint32_t category, uint32_t key, uint32_t indexKind, const uint32_t* index, uint64_t* value);
 

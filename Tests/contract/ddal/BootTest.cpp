@@ -100,6 +100,21 @@ TEST_F(BootLoader, InhibitsExtensionBoardsUntilTheReset) {
     EXPECT_FALSE(isInhibited("4"));
 }
 
+TEST_F(BootLoader, SaysWhenWhatItInhibitsCannotBeKept) {
+    ASSERT_EQ(ddal_boot_set_ZUP_bootimage_inhibit(2, true), DDAL_OK);
+    int inhibited = DDAL_OK;
+    int allowed = DDAL_OK;
+    {
+        const FullDisk full;
+        inhibited = ddal_boot_set_ZUP_bootimage_inhibit(3, true);
+        allowed = ddal_boot_set_ZUP_bootimage_inhibit(2, false);
+    }
+    EXPECT_EQ(inhibited, DDAL_IO_ERROR);
+    EXPECT_EQ(allowed, DDAL_IO_ERROR);
+    EXPECT_TRUE(log.hasInOrder({testkit::error(0, FullDisk::line), testkit::error(0, FullDisk::line)}));
+    EXPECT_EQ(ddal_boot_set_ZUP_bootimage_inhibit(2, false), DDAL_OK);
+}
+
 constexpr const char* fromBackup = R"({"nodes": [{ "id": "0x1011", "unit": { "id": "WIMA", "hwSwId": 0 }, "devices": {
   "boot": { "location": "backup", "version": "0017" } } }]})";
 

@@ -161,6 +161,19 @@ TEST_F(FailingUpdate, CanBePlannedForAProcessThatRuns) {
     EXPECT_EQ(ddal_fpga_update_mod(mainFpga, primary, path.c_str()), DDAL_OK) << "taken back";
 }
 
+TEST_F(FailingUpdate, StaysPlannedWhenThePlanCannotBeTakenBack) {
+    const std::string path = image(30, imageSize);
+    ASSERT_TRUE(host::planFlashOf(run(), firstNode, {FlashPlan::Kind::fail, 1}));
+    bool takenBack = true;
+    {
+        const FullDisk full;
+        takenBack = host::planFlashOf(run(), firstNode, {});
+    }
+    EXPECT_FALSE(takenBack);
+    EXPECT_TRUE(log.has(testkit::error(0, FullDisk::line)));
+    EXPECT_EQ(ddal_fpga_update_mod(mainFpga, primary, path.c_str()), DDAL_IO_ERROR);
+}
+
 TEST_F(FailingUpdate, IsPlannedForOneNodeAlone) {
     ASSERT_TRUE(host::planFlashOf(run(), secondNode, {FlashPlan::Kind::fail, 1}));
     EXPECT_EQ(ddal_fpga_update_mod(mainFpga, primary, image(30, imageSize).c_str()), DDAL_OK);

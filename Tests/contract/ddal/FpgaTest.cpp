@@ -254,5 +254,20 @@ TEST_F(BmuWithAResetFile, IsResetByAProcessThatOnlyReads) {
     EXPECT_EQ(versionOf(bmu), 6u);
 }
 
+TEST_F(BmuWithAResetFile, IsResetLaterWhenThatCannotBeKept) {
+    ASSERT_EQ(ddal_fpga_update_mod(bmu, primary, image(6, 300).c_str()), DDAL_OK);
+    askForReset();
+    std::uint32_t version = 17;
+    int result = DDAL_OK;
+    {
+        const FullDisk full;
+        result = ddal_fpga_get_active_version(bmu, &version);
+    }
+    EXPECT_EQ(result, DDAL_IO_ERROR);
+    EXPECT_EQ(version, 17u);
+    EXPECT_TRUE(log.has(testkit::error(0, FullDisk::line)));
+    EXPECT_EQ(versionOf(bmu), 6u);
+}
+
 } // namespace
 } // namespace mox::testing

@@ -2,6 +2,7 @@
 
 #include <ddal/ddal_fpga.h>
 
+#include <csignal>
 #include <fstream>
 #include <iterator>
 
@@ -41,6 +42,17 @@ CommandResult runPeer(std::vector<std::string> words, Environment environment) {
     CommandSetting setting;
     setting.environment = std::move(environment);
     return runCommand(words, setting);
+}
+
+FullDisk::FullDisk() : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+    EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_limit), 0);
+    const rlimit nothing{0, m_limit.rlim_max};
+    EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &nothing), 0);
+}
+
+FullDisk::~FullDisk() {
+    EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &m_limit), 0);
+    std::signal(SIGXFSZ, m_handler);
 }
 
 std::string OnUnit::file(const std::string& content, const std::string& name) {

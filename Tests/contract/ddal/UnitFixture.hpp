@@ -8,6 +8,7 @@
 #include <host/run/Run.hpp>
 #include <host/store/Store.hpp>
 #include <support/CommandRun.hpp>
+#include <sys/resource.h>
 
 #include <cstdint>
 #include <string>
@@ -33,6 +34,23 @@ extern const char* const unitBoard;
 /// Another process of the node: what the functions answer there (see peer.cpp).
 using Environment = std::vector<std::pair<std::string, std::optional<std::string>>>;
 CommandResult runPeer(std::vector<std::string> words, Environment environment = {});
+
+/// While it lives, files of this process take no bytes any more. What a test expects is to be checked behind it: also
+/// the test's own messages would get lost.
+class FullDisk {
+public:
+    /// The line about each change of the store that is lost.
+    static constexpr const char* line = "store: commit failed: File too large";
+
+    FullDisk();
+    ~FullDisk();
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    void (*m_handler)(int);
+    rlimit m_limit{};
+};
 
 /// On the first node of unitBoard; a suite that derives from it needs its row of BoardOf.
 class OnUnit : public testkit::BoardTest {
