@@ -62,7 +62,7 @@ template <typename Instance, typename Interface, typename Result, typename... Ar
 ForwardingRow forwardingRow(const char* operationName, Result (Interface::*operation)(Arguments...) const,
                             Result (*function)(Arguments...), const char* functionName) {
     return {operationName, [=](std::size_t slot) {
-                for (const std::size_t round : {0, 1}) {
+                for (std::size_t round = 0; round < 2; ++round) {
                     expectForwarded<Instance>(slot, round, operation, function, functionName,
                                               std::index_sequence_for<Arguments...>());
                 }
