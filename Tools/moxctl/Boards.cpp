@@ -36,14 +36,6 @@ Board readFile(const fs::path& path) {
     return board;
 }
 
-std::string namesOfBoards() {
-    std::string names;
-    for (const Board& board : readyMadeBoards()) {
-        names += (names.empty() ? "" : ", ") + board.name;
-    }
-    return names;
-}
-
 } // namespace
 
 std::vector<Board> readyMadeBoards() {
@@ -67,8 +59,8 @@ Board readBoard(const std::string& fileOrName) {
     }
     if (!fs::is_regular_file(fileOrName)) {
         throw Failure(ExitStatus::usage, fileOrName +
-                                             ": expected the file of a board description, or one of the names " +
-                                             namesOfBoards());
+                                             ": expected the file of a board description, or a name of 'moxctl "
+                                             "sim new --list'");
     }
     return readFile(fileOrName);
 }

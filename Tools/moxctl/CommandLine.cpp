@@ -1,5 +1,7 @@
 #include "CommandLine.hpp"
 
+#include <host/pal/TypedValue.hpp>
+
 #include <memory>
 #include <utility>
 
@@ -25,6 +27,31 @@ std::shared_ptr<CLI::Formatter> formatterFor(const char* whatFollows) {
 
 CLI::Option& addArgument(CLI::App& verb, const char* name, std::string& value, const std::string& text) {
     return *verb.add_option(name, value, text)->type_name("");
+}
+
+// The number is handed on in decimal, for the option's own conversion would take a leading zero for an octal number.
+CLI::Option& takesNumber(CLI::Option& option, std::uint64_t least, std::uint64_t most) {
+    const auto read = [least, most](std::string& text) -> std::string {
+        const auto number = host::parseNumber(text);
+        if (!number || *number < least || *number > most) {
+            return "expected a number from " + std::to_string(least) + " to " + std::to_string(most) + ", got '" +
+                   text + "'";
+        }
+        text = std::to_string(*number);
+        return "";
+    };
+    return *option.type_name("N")->transform(CLI::Validator(read, ""));
+}
+
+CLI::Option& takesSeconds(CLI::Option& option) {
+    const auto read = [](std::string& text) -> std::string {
+        constexpr double most = 1e6;
+        double seconds = -1;
+        return CLI::detail::lexical_cast(text, seconds) && seconds >= 0 && seconds <= most
+                   ? ""
+                   : "expected seconds from 0 to 1000000, such as 2.5, got '" + text + "'";
+    };
+    return *option.type_name("SECONDS")->check(CLI::Validator(read, ""));
 }
 
 CommandLine::CommandLine() : m_app(description, "moxctl") {

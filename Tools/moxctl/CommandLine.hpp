@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -44,6 +45,11 @@ private:
 
 /// A value that stands without an option before it. `name` is what help shows.
 CLI::Option& addArgument(CLI::App& verb, const char* name, std::string& value, const std::string& text);
+
+/// The option takes a whole number: decimal or 0x... Help shows it as N.
+CLI::Option& takesNumber(CLI::Option& option, std::uint64_t least, std::uint64_t most);
+/// The option takes a time in seconds, which may have a fraction.
+CLI::Option& takesSeconds(CLI::Option& option);
 
 /// What a positional or option stands for, by the name that help shows: completion offers values for some of them.
 namespace placeholder {

@@ -11,7 +11,8 @@ enum class ExitStatus : int {
     verificationFailed = 4,
     noRun = 5, ///< no run, or what carries its messages cannot be reached
     timeLimit = 124,
-    interrupted = 130
+    interrupted = 130,
+    readerGone = 141 ///< nobody reads standard output any more; as a shell reports SIGPIPE
 };
 
 } // namespace mox::tools

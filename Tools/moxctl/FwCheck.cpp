@@ -19,7 +19,10 @@ namespace {
 
 constexpr int needed = 1;
 constexpr int notNeeded = 0;
+constexpr int noDirectory = -4;
+constexpr int tooManyNames = -5;
 constexpr int noImage = -7;
+constexpr int severalImages = -8;
 constexpr int imageCheckFailed = -1;
 
 /// A decision of the library.
@@ -36,17 +39,24 @@ Decision decide(const FwComponent& component, const std::string& directory, bool
     return decision;
 }
 
-std::string textOf(const FwComponent& component, const Decision& decision) {
+std::string textOf(const FwComponent& component, const Decision& decision, const std::string& place) {
     return std::string(component.name) + ": " + decisionText(component, decision.result) +
-           (decision.image.empty() ? "" : ", " + decision.image) + " (" + std::to_string(decision.result) + ")";
+           (place.empty() ? "" : ", " + place) + " (" + std::to_string(decision.result) + ")";
+}
+
+std::string textOf(const FwComponent& component, const Decision& decision) {
+    return textOf(component, decision, decision.image);
 }
 
 /// A failed decision is no answer.
-void throwUnlessDecided(const FwComponent& component, const Decision& decision) {
-    if (decision.result < 0) {
-        throw Failure(decision.result == noImage ? ExitStatus::notFound : ExitStatus::failed,
-                      textOf(component, decision));
+void throwUnlessDecided(const FwComponent& component, const Decision& decision, const std::string& directory) {
+    if (decision.result >= 0) {
+        return;
     }
+    const bool isAboutImages = decision.result == noDirectory || decision.result == tooManyNames ||
+                               decision.result == noImage || decision.result == severalImages;
+    throw Failure(decision.result == noImage ? ExitStatus::notFound : ExitStatus::failed,
+                  textOf(component, decision, isAboutImages ? directory : ""));
 }
 
 Json jsonOf(const FwComponent& component, const Decision& decision) {
@@ -103,12 +113,16 @@ void Update::refuseWhenDisabled() const {
 void Update::useFile() {
     m_image = m_options.file;
     const int result = binary_validate(m_image.c_str(), ownHwSwId());
-    if (result != IMAGE_OK && !m_options.force) {
-        report("checkFailed", result, "the image is not for this board, or damaged");
-        throw Failure(result == IMAGE_ERR_FILE ? ExitStatus::notFound : ExitStatus::verificationFailed,
-                      m_image + ": not taken by this board (" + std::to_string(result) +
-                          "; 'moxctl image verify' says why, --force takes one for other boards)");
+    if (result == IMAGE_OK || m_options.force) {
+        return;
     }
+    report("checkFailed", result, "the image is not for this board, or damaged");
+    if (result == IMAGE_ERR_FILE) {
+        throw Failure(ExitStatus::notFound, m_image + ": no image that can be read (" + std::to_string(result) + ")");
+    }
+    throw Failure(ExitStatus::verificationFailed, m_image + ": not taken by this board (" + std::to_string(result) +
+                                                      "; 'moxctl image verify --hwswid " + showHex(ownHwSwId(), 8) +
+                                                      "' says why, --force takes one for other boards)");
 }
 
 /// The marker is used up only where it changes something.
@@ -126,7 +140,7 @@ bool Update::useDecision() {
     if (decision.result < 0) {
         report("checkFailed", decision.result, decisionText(m_component, decision.result));
     }
-    throwUnlessDecided(m_component, decision);
+    throwUnlessDecided(m_component, decision, m_options.directory);
     if (decision.result == notNeeded && (m_component.needsRam || !m_forced)) {
         report("notNeeded", decision.result, decisionText(m_component, decision.result));
         m_output.line(textOf(m_component, decision));
@@ -179,8 +193,12 @@ void checkFirmware(Session& session, const FwOptions& options) {
     if (options.explain && !output.isJson()) {
         printExplanation(output, json["explanation"]);
     }
-    throwUnlessDecided(component, decision);
+    throwUnlessDecided(component, decision, options.directory);
     output.line(textOf(component, decision));
+    const std::vector<std::string> markers = disablingMarkers();
+    if (!markers.empty()) {
+        output.note("remark: updates are switched off by " + cellText(markers) + ", so none is made");
+    }
 }
 
 void updateFirmware(Session& session, const FwOptions& options) {

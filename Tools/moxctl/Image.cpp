@@ -132,9 +132,9 @@ void addCreate(CommandLine& line, CLI::App& group) {
         ->type_name("TEXT");
     verb.add_option("--sw-id", options->softwareId, "Software identifier, for the reader")->type_name("TEXT");
     verb.add_option("--build-time", options->buildTime, "Default: SOURCE_DATE_EPOCH, else now; UTC")->type_name("TEXT");
-    verb.add_option("--format-version", options->formatVersion, "Version of the trailer's form")
-        ->type_name("N")
-        ->capture_default_str();
+    takesNumber(*verb.add_option("--format-version", options->formatVersion, "Version of the trailer's form"), 0,
+                UINT32_MAX)
+        .capture_default_str();
     verb.add_flag("--mark", options->mark,
                   "Append MOX-SW-VERSION:VERSION to the payload: simulated devices that are reset run that version");
     verb.add_flag("--force", options->force, "Replace OUT when it exists");

@@ -134,7 +134,7 @@ void addLogVerbs(CommandLine& line) {
                                   [options](Session& session) { tail(session, *options); });
     addArgument(verb, "SERVICE", options->service, "Whose lines (default: all processes of the node)");
     verb.add_flag("-f,--follow", options->follow, "Go on with what is added, until interrupted");
-    verb.add_option("-n,--lines", options->count, "How many")->type_name("N")->capture_default_str();
+    takesNumber(*verb.add_option("-n,--lines", options->count, "How many"), 0, UINT32_MAX).capture_default_str();
     verb.add_option("--level", options->level, "Lowest severity: debug, info, warning, error")
         ->type_name("LEVEL")
         ->check(CLI::IsMember({"debug", "info", "warning", "error"}).description(""));

@@ -12,12 +12,11 @@
 #include <host/pal/TypedValue.hpp>
 #include <host/run/Run.hpp>
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <iostream>
-#include <iterator>
 #include <memory>
 
 namespace mox::tools {
@@ -35,16 +34,18 @@ struct MsgOptions {
     std::string file;
     std::string sender;
     std::string cpid;
+    std::string answer;
     std::optional<double> seconds;
     unsigned count = 0;
 };
 
+constexpr std::size_t mostPayload = AASYSCOM_MAX_PAYLOAD;
+
 std::string readFile(const std::string& name) {
-    if (name == "-") {
-        return {std::istreambuf_iterator<char>(std::cin), {}};
-    }
     std::string bytes;
-    if (!readFileText(name, bytes)) {
+    const bool isRead =
+        name == "-" ? readFileText(STDIN_FILENO, bytes, mostPayload + 1) : readFileText(name, bytes, mostPayload + 1);
+    if (!isRead) {
         throw Failure(ExitStatus::usage, "payload: " + name + ": " + std::strerror(errno));
     }
     return bytes;
@@ -64,9 +65,9 @@ std::string payloadOf(const MsgOptions& options) {
     std::string bytes = !options.hex.empty()    ? readHex(options.hex)
                         : !options.file.empty() ? readFile(options.file)
                                                 : options.text;
-    if (bytes.size() > AASYSCOM_MAX_PAYLOAD) {
-        throw Failure(ExitStatus::usage, "payload: expected at most " + std::to_string(AASYSCOM_MAX_PAYLOAD) +
-                                             " bytes, got " + std::to_string(bytes.size()));
+    if (bytes.size() > mostPayload) {
+        throw Failure(ExitStatus::usage,
+                      "payload: expected at most " + std::to_string(mostPayload) + " bytes, got more");
     }
     return bytes;
 }
@@ -122,30 +123,38 @@ void send(Session& session, const MsgOptions& options) {
     session.output().detail("sent " + std::to_string(options.count) + " to " + showAddress(outgoing.receiver()));
 }
 
-void requestOnce(const Output& output, const Outgoing& outgoing, double seconds) {
+/// One request with its answer. Messages before the answer, such as progress, are printed too.
+/// @param wanted  the answer's id; nothing: whatever comes first
+void requestOnce(const Output& output, const Outgoing& outgoing, std::optional<std::uint16_t> wanted, double seconds) {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point begin = Clock::now();
+    const Deadline deadline(seconds);
     checkSent(AaSysComMsgSend(outgoing.make()), outgoing.receiver());
-    const OwnedMessage answer = receive(Deadline(seconds));
-    const auto took = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin).count();
-    if (!answer) {
-        throw Failure(ExitStatus::timeLimit, "time limit reached: no answer from " + showAddress(outgoing.receiver()));
+    for (bool isAnswered = false; !isAnswered;) {
+        const OwnedMessage message = receive(deadline);
+        const auto took = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin).count();
+        if (!message) {
+            throw Failure(ExitStatus::timeLimit,
+                          "time limit reached: no answer from " + showAddress(outgoing.receiver()));
+        }
+        isAnswered = !wanted || AaSysComMsgGetId(message.handle()) == *wanted;
+        Json json = jsonOf(message);
+        json["microseconds"] = took;
+        output.object(json);
+        output.line(textOf(message));
+        output.detail("received after " + std::to_string(took) + " us");
     }
-    Json json = jsonOf(answer);
-    json["microseconds"] = took;
-    output.object(json);
-    output.line(textOf(answer));
-    output.detail("answered after " + std::to_string(took) + " us");
 }
 
 void request(Session& session, const MsgOptions& options) {
+    const auto wanted = options.answer.empty() ? std::nullopt : std::optional(readId(options.answer, "answer's id"));
     session.startPlatform();
     const Outgoing outgoing(session, options);
     if (AaSysComEuUserRegister(0) == 0) {
         throw Failure(ExitStatus::failed, "no address is left on node " + host::hex4(session.run().node()));
     }
     for (unsigned i = 0; i < options.count; ++i) {
-        requestOnce(session.output(), outgoing, *options.seconds);
+        requestOnce(session.output(), outgoing, wanted, *options.seconds);
     }
 }
 
@@ -201,10 +210,8 @@ void addMessage(CLI::App& verb, const Shared& options) {
     hex->type_name("HEX");
     text->type_name("TEXT")->excludes(hex);
     file->type_name(placeholder::file)->excludes(hex)->excludes(text);
-    verb.add_option("--count", options->count, "How many, one after the other")
-        ->type_name("N")
-        ->check(CLI::PositiveNumber.description(""))
-        ->default_val(1);
+    takesNumber(*verb.add_option("--count", options->count, "How many, one after the other"), 1, UINT32_MAX)
+        .default_val(1);
 }
 
 void addMonitor(CommandLine& line, CLI::App& group) {
@@ -212,12 +219,9 @@ void addMonitor(CommandLine& line, CLI::App& group) {
     CLI::App& verb = line.addVerb(group, "monitor", "Registers a CPID and prints what arrives there.",
                                   [options](Session& session) { monitor(session, *options); });
     addArgument(verb, "CPID", options->cpid, "Decimal, or hexadecimal as 0x601 or 0601; 0: any free one").required();
-    verb.add_option("--count", options->count, "End after so many")
-        ->type_name("N")
-        ->check(CLI::PositiveNumber.description(""));
-    verb.add_option("--timeout", options->seconds, "End after so long; status 124 when --count is not reached")
-        ->type_name("SECONDS")
-        ->check(CLI::NonNegativeNumber.description(""));
+    takesNumber(*verb.add_option("--count", options->count, "End after so many"), 1, UINT32_MAX);
+    takesSeconds(
+        *verb.add_option("--timeout", options->seconds, "End after so long; status 124 when --count is not reached"));
 }
 
 } // namespace
@@ -233,10 +237,12 @@ void addMsgVerbs(CommandLine& line) {
     CLI::App& requestVerb = line.addVerb(group, "request", "Sends a message, and prints the answer.",
                                          [requestOptions](Session& session) { request(session, *requestOptions); });
     addMessage(requestVerb, requestOptions);
-    requestVerb.add_option("--timeout", requestOptions->seconds, "Limit of the wait; then status 124")
-        ->type_name("SECONDS")
-        ->check(CLI::NonNegativeNumber.description(""))
-        ->default_val(5);
+    requestVerb
+        .add_option("--answer", requestOptions->answer,
+                    "The answer's message id; what comes before it is printed too (default: the first message)")
+        ->type_name("ID");
+    takesSeconds(*requestVerb.add_option("--timeout", requestOptions->seconds, "Limit of the wait; then status 124"))
+        .default_val(5);
     addMonitor(line, group);
 }
 

@@ -3,6 +3,7 @@
 #include "Failure.hpp"
 #include "FileText.hpp"
 #include "Interruption.hpp"
+#include "ProcessFacts.hpp"
 #include "Session.hpp"
 
 #include <host/run/Run.hpp>
@@ -86,9 +87,15 @@ void removePlaces(const std::vector<Shown>& shown, const std::string& root) {
     }
 }
 
-int exitStatusOf(int waitStatus) {
-    constexpr int signalBase = 128;
-    return WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : signalBase + WTERMSIG(waitStatus);
+/// moxctl has no such status but those of its own.
+void throwIfKilled(int status, const std::string& node) {
+    const bool isOwn =
+        status == static_cast<int>(ExitStatus::interrupted) || status == static_cast<int>(ExitStatus::readerGone);
+    const std::string signal = isOwn ? "" : signalName(status);
+    if (!signal.empty()) {
+        const char* hint = signal == "SIGKILL" ? " ('moxctl flash plan cut:N' does that)" : "";
+        throw Failure(ExitStatus::failed, "the command was ended by " + signal + " on node " + node + hint);
+    }
 }
 
 /// Waits for the process; the first signal is handed on to it, and it ends in its own time.
@@ -140,6 +147,7 @@ void continueInNode(Session& session, const std::vector<std::string>& paths) {
     }
     const int status = waitFor(*started);
     removePlaces(shown, run.nodePath() + "/fs");
+    throwIfKilled(status, host::hex4(run.node()));
     throw DoneElsewhere{status};
 }
 

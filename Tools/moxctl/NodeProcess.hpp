@@ -22,7 +22,7 @@ struct DoneElsewhere {
 /// runs the same command line there, waits for it (signals are handed on), and throws DoneElsewhere with its status.
 /// @param paths  files and directories of the command line. One that the node has under that name is the node's;
 ///               otherwise the workstation's is shown to it, read-only
-/// Throws Failure: as Session::run, or when the sandbox cannot be started.
+/// Throws Failure: as Session::run, or when the sandbox cannot be started or its process was killed.
 void continueInNode(Session& session, const std::vector<std::string>& paths);
 
 } // namespace mox::tools

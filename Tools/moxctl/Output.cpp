@@ -5,7 +5,9 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 namespace mox::tools {
 
@@ -18,7 +20,9 @@ std::string textOf(const Json& json) {
 
 void writeTo(std::FILE* stream, const std::string& text) {
     if (std::fwrite(text.data(), 1, text.size(), stream) != text.size() || std::fflush(stream) != 0) {
-        throw Failure(ExitStatus::failed, "standard output takes no more");
+        const bool isReaderGone = errno == EPIPE;
+        throw Failure(isReaderGone ? ExitStatus::readerGone : ExitStatus::failed,
+                      std::string("standard output: ") + std::strerror(errno));
     }
 }
 
@@ -32,11 +36,29 @@ Row titlesOf(const Listing& listing) {
     return row;
 }
 
+/// A row stays one line of the table, and a terminal is not steered, whatever a value holds.
+std::string printable(const std::string& text) {
+    constexpr unsigned char firstPrintable = 0x20;
+    constexpr unsigned char erase = 0x7F;
+    std::string shown;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte >= firstPrintable && byte != erase) {
+            shown += character;
+        } else {
+            char escaped[8];
+            std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(byte));
+            shown += character == '\n' ? "\\n" : escaped;
+        }
+    }
+    return shown;
+}
+
 Row rowOf(const Listing& listing, const Json& item) {
     Row row;
     for (const Listing::Column& column : listing.columns) {
         const auto member = item.find(column.member);
-        row.push_back(member != item.end() ? cellText(*member) : "-");
+        row.push_back(member != item.end() ? printable(cellText(*member)) : "-");
     }
     return row;
 }
@@ -123,6 +145,9 @@ void Output::detail(const std::string& text) const {
 }
 
 void Output::failure(const Failure& failure) const {
+    if (failure.status() == ExitStatus::readerGone) {
+        return; // who has seen enough, as 'head' has, is told nothing
+    }
     if (m_json) {
         Json error{{"status", static_cast<int>(failure.status())}, {"message", failure.what()}};
         if (!failure.details().empty()) {

@@ -43,6 +43,7 @@ public:
     void note(const std::string& text) const;
     /// Remarks that only --verbose asks for.
     void detail(const std::string& text) const;
+    /// What ended the command; nothing for a reader that has gone.
     void failure(const Failure& failure) const;
 
 private:

@@ -2,8 +2,10 @@
 
 #include "FileText.hpp"
 
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <iterator>
@@ -16,6 +18,7 @@ namespace mox::tools {
 namespace {
 
 constexpr std::string_view emulator = "qemu-";
+constexpr int signalBase = 128;
 
 std::string fileOf(const std::string& path) {
     return path.substr(path.find_last_of('/') + 1);
@@ -62,6 +65,15 @@ std::optional<ProcessFacts> readProcess(std::uint32_t pid) {
     facts.residentKib = std::stoull(field[residentPages]) * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE)) / 1024;
     facts.name = nameOf(directory, status.substr(nameBegin + 1, nameEnd - nameBegin - 1));
     return facts;
+}
+
+int exitStatusOf(int waitStatus) {
+    return WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : signalBase + WTERMSIG(waitStatus);
+}
+
+std::string signalName(int exitStatus) {
+    const char* name = exitStatus > signalBase ? sigabbrev_np(exitStatus - signalBase) : nullptr;
+    return name != nullptr ? std::string("SIG") + name : "";
 }
 
 std::int64_t startTime(const ProcessFacts& process) {

@@ -18,6 +18,11 @@ struct ProcessFacts {
 /// @return nothing for a process that has ended, also while its parent has not asked for its status
 std::optional<ProcessFacts> readProcess(std::uint32_t pid);
 
+/// A wait status as a shell has it: the exit status, or 128 + the signal. The sandbox reports its process so, too.
+int exitStatusOf(int waitStatus);
+/// The signal of such a status, such as "SIGKILL"; empty when it is none.
+std::string signalName(int exitStatus);
+
 /// Seconds since 1970 of a process's start.
 std::int64_t startTime(const ProcessFacts& process);
 

@@ -17,7 +17,9 @@ host::RadParameter findParameter(const host::RadOfNode& rad, const std::string& 
     host::RadRequest request = host::findRad(rad, numberOrName);
     if (!request.parameter) {
         const bool isWrong = request.ambiguous || host::parseNumber(numberOrName).has_value();
-        throw Failure(isWrong ? ExitStatus::usage : ExitStatus::notFound, request.why);
+        throw Failure(isWrong ? ExitStatus::usage : ExitStatus::notFound,
+                      request.why +
+                          (isWrong ? "" : " ('moxctl rad list' shows them; services add theirs at their start)"));
     }
     return std::move(*request.parameter);
 }

@@ -11,6 +11,9 @@
 
 #include <climits>
 #include <cstdlib>
+#include <filesystem>
+#include <set>
+#include <system_error>
 
 namespace mox::tools {
 
@@ -25,6 +28,20 @@ std::string environmentText(const char* name) {
 std::string absolutePath(const std::string& path) {
     char resolved[PATH_MAX];
     return realpath(path.c_str(), resolved) != nullptr ? std::string(resolved) : path;
+}
+
+/// "1011, 1021".
+std::string nodeNames(const std::string& run) {
+    std::set<std::string> sorted;
+    std::error_code none; // then there are no names
+    for (const auto& entry : std::filesystem::directory_iterator(run + "/nodes", none)) {
+        sorted.insert(entry.path().filename().string());
+    }
+    std::string names;
+    for (const std::string& name : sorted) {
+        names += (names.empty() ? "" : ", ") + name;
+    }
+    return names.empty() ? "none" : names;
 }
 
 } // namespace
@@ -75,7 +92,8 @@ const host::Run& Session::run() const {
     std::string why;
     const host::Run::Attach result = host::Run::attach(why);
     if (result == host::Run::Attach::noSuchNode && node) {
-        throw Failure(ExitStatus::notFound, why);
+        throw Failure(ExitStatus::notFound,
+                      "no node " + host::hex4(*node) + "; the run has " + nodeNames(m_options.run));
     }
     if (result != host::Run::Attach::done) {
         throw Failure(ExitStatus::noRun, why);

@@ -135,10 +135,8 @@ void addNew(CommandLine& line, CLI::App& group, const Shared& options) {
 }
 
 void addStartOptions(CLI::App& verb, const Shared& options) {
-    verb.add_option("--wait", options->seconds, "Limit of the wait; status 124 when it is reached")
-        ->type_name("SECONDS")
-        ->check(CLI::NonNegativeNumber.description(""))
-        ->default_val(30);
+    takesSeconds(*verb.add_option("--wait", options->seconds, "Limit of the wait; status 124 when it is reached"))
+        .default_val(30);
     verb.add_option("--exe-dir", options->executableDirectories,
                     "Where executables are; may be repeated. Then come MOX_EXE_PATH, moxctl's directory and PATH")
         ->type_name(placeholder::directory)
@@ -158,10 +156,9 @@ void addDown(CommandLine& line, CLI::App& group, const Shared& options) {
     CLI::App& verb = line.addVerb(group, "down", "Stops the services that were started.",
                                   [options](Session& session) { takeDown(session, *options); });
     addDirectory(verb, options);
-    verb.add_option("--wait", options->seconds, "How long services may take to end before they are killed")
-        ->type_name("SECONDS")
-        ->check(CLI::NonNegativeNumber.description(""))
-        ->default_val(5);
+    takesSeconds(
+        *verb.add_option("--wait", options->seconds, "How long services may take to end before they are killed"))
+        .default_val(5);
 }
 
 void addReset(CommandLine& line, CLI::App& group, const Shared& options) {

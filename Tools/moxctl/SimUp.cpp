@@ -14,8 +14,6 @@
 #include <nlohmann/json.hpp>
 #include <sys/wait.h>
 
-#include <cstring>
-
 namespace mox::tools {
 
 namespace {
@@ -30,11 +28,8 @@ std::string labelOf(const Launched& service) {
 
 /// What a wait status says.
 std::string endText(int status) {
-    constexpr int signalBase = 128; // as the sandbox and every shell report a signal
-    const int exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : signalBase + WTERMSIG(status);
-    const int signal = exitStatus - signalBase;
-    const char* name = signal > 0 ? sigabbrev_np(signal) : nullptr;
-    return name != nullptr ? std::string("SIG") + name : "status " + std::to_string(exitStatus);
+    const std::string signal = signalName(exitStatusOf(status));
+    return signal.empty() ? "status " + std::to_string(exitStatusOf(status)) : signal;
 }
 
 /// Services on their way up; those that this call has started end with it unless keep() was called.
@@ -117,7 +112,7 @@ void Rising::waitUntilReady(const Output& output, double seconds) {
             return;
         }
         if (deadline.passed()) {
-            throw Failure(ExitStatus::timeLimit, "time limit reached; no service loop answers of " + missing);
+            throw Failure(ExitStatus::timeLimit, "time limit reached; not ready to take messages: " + missing);
         }
         if (remark.passed()) {
             output.note("waiting for " + missing);

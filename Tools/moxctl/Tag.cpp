@@ -163,9 +163,9 @@ void addWatch(CommandLine& line, CLI::App& group, const Shared& options) {
     CLI::App& watch = line.addVerb(group, "watch", "Prints each publication as it happens, unchanged values too.",
                                    [options](Session& session) { watchTags(session, *options); });
     addArgument(watch, "PREFIX", options->prefix, "Beginning of the names (default: all)");
-    watch.add_option("--count", options->count, "End after so many")->type_name("N")->check(CLI::PositiveNumber);
-    watch.add_option("--timeout", options->seconds, "End after so long; status 124 when --count is not reached")
-        ->type_name("SECONDS");
+    takesNumber(*watch.add_option("--count", options->count, "End after so many"), 1, UINT32_MAX);
+    takesSeconds(
+        *watch.add_option("--timeout", options->seconds, "End after so long; status 124 when --count is not reached"));
 }
 
 } // namespace

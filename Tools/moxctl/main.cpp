@@ -29,7 +29,8 @@ int fail(const Output& output, ExitStatus status, const std::string& text) {
 /// Help and version end the parsing like failures.
 int endParsing(CommandLine& line, const CLI::ParseError& ended, const Output& output) {
     if (ended.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-        return line.app().exit(ended);
+        const int status = line.app().exit(ended);
+        return std::cout.flush() ? status : fail(output, ExitStatus::failed, "standard output cannot be written");
     }
     const std::string level = line.reachedLevel();
     const bool isVerbMissing = dynamic_cast<const CLI::RequiredError*>(&ended) != nullptr;

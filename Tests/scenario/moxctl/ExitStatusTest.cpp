@@ -62,7 +62,8 @@ INSTANTIATE_TEST_SUITE_P(
         FailureRow{{"nothing"}, usage, ", got 'nothing'"}, FailureRow{{"sim", "nothing"}, usage, ", got 'nothing'"},
         FailureRow{{"ps", "list", "more"}, usage, "more"}, FailureRow{{"ps", "list", "--wrong"}, usage, "--wrong"},
         FailureRow{{"--node", "x", "ps", "list"}, usage, "expected 1 to 4 hexadecimal digits"},
-        FailureRow{{"sim", "new"}, usage, "DIR"}, FailureRow{{"sim", "up", "--wait", "-1"}, usage, "--wait"},
+        FailureRow{{"sim", "new"}, usage, "DIR"},
+        FailureRow{{"sim", "up", "--wait", "-1"}, usage, "--wait: expected seconds from 0 to 1000000"},
         FailureRow{{"msg", "send", "Echo"}, usage, "ID"},
         FailureRow{{"msg", "send", "Echo", "0x10000"}, usage, "message id: expected a number up to 0xFFFF"},
         FailureRow{{"msg", "send", "1011:xyz", "1"}, usage, "address: expected nid:cpid"},
@@ -71,7 +72,11 @@ INSTANTIATE_TEST_SUITE_P(
         FailureRow{{"msg", "send", "Echo", "1", "--payload", "0"}, usage, "payload: expected pairs"},
         FailureRow{{"msg", "send", "Echo", "1", "--file", "/no/such/file"}, usage, "/no/such/file"},
         FailureRow{{"msg", "send", "Echo", "1", "--text", "a", "--hex", "00"}, usage, "--text"},
-        FailureRow{{"msg", "send", "Echo", "1", "--count", "0"}, usage, "--count"},
+        FailureRow{{"msg", "send", "Echo", "1", "--count", "0"}, usage, "--count: expected a number from 1 to"},
+        FailureRow{{"msg", "send", "Echo", "1", "--count", "x"}, usage, "to 4294967295, got 'x'"},
+        FailureRow{{"msg", "send", "Echo", "1", "--file", "/dev/zero"}, usage, "at most 65535 bytes, got more"},
+        FailureRow{{"msg", "request", "Echo", "1", "--answer", "x"}, usage, "answer's id: expected a number"},
+        FailureRow{{"msg", "request", "Echo", "1", "--timeout", "nan"}, usage, "--timeout: expected seconds from 0"},
         FailureRow{{"msg", "monitor", "0x8000"}, usage, "CPID: expected 1 to 0x7FFF"},
         FailureRow{{"tag", "set", "app.x", "1000", "--type", "u8"}, usage, "number of 8 bits"},
         FailureRow{{"tag", "set", "app.x", "1", "--type", "u7"}, usage, "--type"},
@@ -79,17 +84,18 @@ INSTANTIATE_TEST_SUITE_P(
         FailureRow{{"rad", "set", "0x20001"}, usage, "VALUE or --default"},
         FailureRow{{"rad", "set", "0x20001", "0x100000000"}, usage, "value: expected"},
         FailureRow{{"log", "tail", "--level", "loud"}, usage, "--level"},
+        FailureRow{{"log", "tail", "-n", "-1"}, usage, "--lines: expected a number from 0 to"},
         FailureRow{{"completion", "values", "all"}, usage, "expected services"}));
 
 INSTANTIATE_TEST_SUITE_P(
     NotFound, Failing,
-    ::testing::Values(FailureRow{{"--node", "2222", "ps", "list"}, notFound, "2222"},
+    ::testing::Values(FailureRow{{"--node", "2222", "ps", "list"}, notFound, "no node 2222; the run has 1011, 1021"},
                       FailureRow{{"msg", "send", "Echo", "1"}, notFound, "nobody has registered 1011:0600"},
                       FailureRow{{"msg", "send", "Fan", "1"}, notFound, "no service 'Fan' on node 1011 (it has Echo)"},
                       FailureRow{{"msg", "request", "1021:0600", "1"}, notFound, "nobody has registered 1021:0600"},
                       FailureRow{{"msg", "request", "2222:0600", "1"}, notFound, "nobody has registered 2222:0600"},
                       FailureRow{{"tag", "get", "app.none"}, notFound, "no public tag 'app.none'"},
-                      FailureRow{{"rad", "get", "NONE"}, notFound, "NONE"},
+                      FailureRow{{"rad", "get", "NONE"}, notFound, "'NONE' ('moxctl rad list' shows them;"},
                       FailureRow{{"log", "tail", "Fan"}, notFound, "no log of 'Fan' on node 1011"},
                       FailureRow{{"log", "tail", "--feature", "NONE"}, notFound, "NONE"}));
 

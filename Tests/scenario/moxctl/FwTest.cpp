@@ -126,19 +126,22 @@ TEST_F(Fw, CheckAnswersOnStandardOutput) {
 TEST_F(Fw, CheckFailsWhereTheLibraryHasNoAnswer) {
     const CommandResult none = fw({"check", "fpga"});
     EXPECT_EQ(none.status, 3);
-    EXPECT_EQ(none.err, "moxctl: fpga: no image for this board (-7)\n");
+    EXPECT_EQ(none.err, "moxctl: fpga: no image for this board, /ffs/run/boot (-7)\n");
     placeImage("KOR-TIRVO2-QE-a.bin", "11");
     placeImage("KOR-TIRVO2-QE-b.bin", "12");
     const CommandResult two = fw({"check", "fpga"});
     EXPECT_EQ(two.status, 1);
-    EXPECT_THAT(two.err, HasSubstr("more than one image for this board, and nothing says which one to take (-8)"));
+    EXPECT_THAT(
+        two.err,
+        HasSubstr("more than one image for this board, and nothing says which one to take, /ffs/run/boot (-8)"));
     const CommandResult nowhere = fw({"check", "fpga", "--dir", "/ffs/no/such"});
     EXPECT_EQ(nowhere.status, 1);
-    EXPECT_THAT(nowhere.err, HasSubstr("the directory cannot be read (-4)"));
+    EXPECT_THAT(nowhere.err, HasSubstr("the directory cannot be read, /ffs/no/such (-4)"));
     for (int i = 0; i < 9; ++i) {
         placeImage("KOR-TIRVO2-QE-" + std::to_string(i) + ".bin", "1");
     }
-    EXPECT_THAT(fw({"check", "fpga"}).err, HasSubstr("more than 10 files have names of images for this chip (-5)"));
+    EXPECT_THAT(fw({"check", "fpga"}).err,
+                HasSubstr("more than 10 files have names of images for this chip, /ffs/run/boot (-5)"));
 }
 
 TEST_F(Fw, RefusesComponentsThatNoBoardHas) {
@@ -288,11 +291,13 @@ TEST_F(Fw, TakesAnImageForAnotherBoardOnlyByForce) {
     makeImage(other, "3", {"00600000"});
     const CommandResult refused = fw({"update", "fpga", other});
     EXPECT_EQ(refused.status, 4);
-    EXPECT_THAT(refused.err, HasSubstr("not taken by this board (70411"));
+    EXPECT_THAT(refused.err, HasSubstr("not taken by this board (70411; 'moxctl image verify --hwswid 0x00505000' "));
     EXPECT_EQ(areaOf("fpga-10001-1").at("version"), 10);
     EXPECT_EQ(fw({"update", "fpga", other, "--force"}).status, 0);
     EXPECT_EQ(areaOf("fpga-10001-1").at("version"), 3);
-    EXPECT_EQ(fw({"update", "fpga", m_run.directory().path() + "/missing.bin"}).status, 3);
+    const CommandResult missing = fw({"update", "fpga", m_run.directory().path() + "/missing.bin"});
+    EXPECT_EQ(missing.status, 3);
+    EXPECT_THAT(missing.err, HasSubstr("/missing.bin: no image that can be read (70406)\n"));
 }
 
 TEST_F(Fw, TakesTheNodesFileBeforeTheWorkstations) {
@@ -320,6 +325,25 @@ TEST_F(Fw, LooksIntoADirectoryOfTheWorkstation) {
     makeImage(directory + "/KOR-TIRVO2-QE.bin", "11");
     EXPECT_EQ(object({"check", "fpga", "--dir", directory}).at("image"), directory + "/KOR-TIRVO2-QE.bin");
     EXPECT_FALSE(fs::exists(node(directory)));
+}
+
+TEST_F(Fw, SaysThatAnUpdateWasCut) {
+    placeImage("KOR-TIRVO2-QE.bin", "11");
+    ASSERT_EQ(m_run.moxctl({"flash", "plan", "cut:1"}).status, 0);
+    const CommandResult cut = fw({"update", "fpga"});
+    EXPECT_EQ(cut.status, 1);
+    EXPECT_THAT(cut.err, HasSubstr("moxctl: the command was ended by SIGKILL on node 1011"));
+    EXPECT_EQ(areaOf("fpga-10001-1").at("whole"), false);
+}
+
+TEST_F(Fw, RemarksOnACheckThatNoUpdateIsMadeWhileTheyAreSwitchedOff) {
+    placeImage("KOR-TIRVO2-QE.bin", "11");
+    ASSERT_EQ(fw({"disable"}).status, 0);
+    const CommandResult check = fw({"check", "fpga"});
+    EXPECT_EQ(check.status, 0);
+    EXPECT_THAT(check.out, HasSubstr("update needed"));
+    EXPECT_EQ(check.err,
+              "remark: updates are switched off by /ffs/run/logs/disable-firmware-update, so none is made\n");
 }
 
 TEST_F(Fw, IsSwitchedOffAndOnByMarkers) {

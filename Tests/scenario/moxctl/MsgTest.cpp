@@ -86,7 +86,7 @@ TEST(MsgRequest, CarriesTheLargestPayloadAndRefusesALargerOne) {
     const std::string larger = run.directory().write("larger", std::string(65536, 'x'));
     const CommandResult result = run.moxctl({"msg", "request", "Echo", "0601", "--file", larger});
     EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.err, HasSubstr("payload: expected at most 65535 bytes, got 65536"));
+    EXPECT_THAT(result.err, HasSubstr("payload: expected at most 65535 bytes, got more"));
 }
 
 TEST(MsgRequest, SaysWhyAPayloadCannotBeRead) {
@@ -102,6 +102,38 @@ TEST(MsgRequest, AsksAsOftenAsWantedAndPrintsAnObjectALine) {
     const CommandResult result = run.moxctl({"msg", "request", "Echo", "0601", "--count", "3", "--json"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(jsonLines(result.out).size(), 3U);
+}
+
+TEST(MsgRequestForAnAnswer, GoesOnUntilItComesAndPrintsWhatComesBefore) {
+    const SimulatedRun run;
+    run.up();
+    RunningCommand request(
+        moxctlWords({"msg", "request", "Echo", "0601", "--answer", "0777", "--timeout", "20", "--json"}),
+        run.setting());
+    request.waitForOut("}\n");
+    const Json first = Json::parse(run.moxctl({"ps", "list", "--json"}).out);
+    std::string endpoint;
+    for (const Json& process : first.at("processes")) {
+        if (process.at("kind") == "other") {
+            endpoint = process.at("cpids").at(0).get<std::string>();
+        }
+    }
+    EXPECT_EQ(run.moxctl({"msg", "send", "1011:" + endpoint, "0777"}).status, 0);
+    const CommandResult result = request.finish();
+    EXPECT_EQ(result.status, 0) << result.err;
+    const std::vector<Json> messages = jsonLines(result.out);
+    ASSERT_EQ(messages.size(), 2U);
+    EXPECT_EQ(messages.at(0).at("id"), "0x0602");
+    EXPECT_EQ(messages.at(1).at("id"), "0x0777");
+}
+
+TEST(MsgRequestForAnAnswer, EndsWithTheTimeLimitWhenOnlyOthersCome) {
+    const SimulatedRun run;
+    run.up();
+    const CommandResult result = run.moxctl({"msg", "request", "Echo", "0601", "--answer", "0777", "--timeout", "0.2"});
+    EXPECT_EQ(result.status, 124);
+    EXPECT_THAT(result.out, HasSubstr("0x0602 from 1011:0600"));
+    EXPECT_EQ(result.err, "moxctl: time limit reached: no answer from 1011:0600\n");
 }
 
 TEST(MsgRequestWithoutAnswer, EndsWithTheTimeLimit) {

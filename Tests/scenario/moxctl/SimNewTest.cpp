@@ -77,7 +77,7 @@ TEST(SimNewWithAMissingDescription, NamesWhatWasExpected) {
         const CommandResult result = moxctlAlone({"sim", "new", directory.path() + "/run", "--board", board});
         EXPECT_EQ(result.status, 2);
         EXPECT_THAT(result.err, HasSubstr(board));
-        EXPECT_THAT(result.err, HasSubstr("echo-pair"));
+        EXPECT_THAT(result.err, HasSubstr("moxctl sim new --list"));
         EXPECT_FALSE(std::filesystem::exists(directory.path() + "/run"));
     }
 }
