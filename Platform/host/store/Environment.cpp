@@ -91,7 +91,7 @@ std::shared_ptr<Store::Environment> Store::Environment::of(const std::string& pa
         return open;
     }
     if (!create && ::access((path + "/data.mdb").c_str(), F_OK) != 0) {
-        why = "store " + path + ": there is none";
+        why = "store " + path + ": " + (errno == ENOENT ? "there is none" : std::strerror(errno));
         return nullptr;
     }
     auto fresh = std::make_shared<Environment>();
