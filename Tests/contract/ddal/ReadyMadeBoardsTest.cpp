@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <host/board/CreateRun.hpp>
-#include <unit/Platform/host/config/TemporaryDirectory.hpp>
+#include <support/TemporaryDirectory.hpp>
 
 #include <algorithm>
 #include <filesystem>

@@ -1,10 +1,10 @@
 #include "Moxctl.hpp"
+#include "support/Files.hpp"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <ostream>
 #include <sstream>
 
@@ -14,11 +14,6 @@ namespace {
 using ::testing::HasSubstr;
 
 constexpr const char* payload = "0123456789abcdefghijklmnopqrstuv";
-
-std::string contentOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::string golden(const std::string& name) {
     return std::string(MOX_TEST_DATA) + "/images/" + name;

@@ -1,4 +1,5 @@
 #include "Moxctl.hpp"
+#include "support/Files.hpp"
 
 #include <mox/Firmware.h>
 
@@ -6,19 +7,12 @@
 #include <host/log/Log.hpp>
 
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 namespace mox::testing {
 namespace {
 
 constexpr std::uint32_t ownHwSwId = 0x00505000;
-
-std::string contentOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::string golden(const std::string& name) {
     return contentOf(std::string(MOX_TEST_DATA) + "/images/" + name);

@@ -1,4 +1,5 @@
 #include "Moxctl.hpp"
+#include "support/Files.hpp"
 
 #include <gmock/gmock.h>
 #include <zlib.h>
@@ -6,7 +7,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <ostream>
 
 namespace mox::testing {
@@ -19,11 +19,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
-
-std::string contentOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::vector<std::string> namesIn(const std::string& directory) {
     std::vector<std::string> names;

@@ -1,6 +1,6 @@
 #include "unit/Firmware/image/ImageFixture.hpp"
 
-#include "unit/Platform/host/config/TemporaryDirectory.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include <dirent.h>
 #include <malloc.h>

@@ -1,6 +1,6 @@
 // Each allocation fails in turn: no exception reaches a caller, and every result is one that the header names.
+#include "support/TemporaryDirectory.hpp"
 #include "unit/Firmware/image/FailingHeap.hpp"
-#include "unit/Platform/host/config/TemporaryDirectory.hpp"
 
 #include <mox/Firmware.h>
 #include <mox/ImageTrailer.hpp>

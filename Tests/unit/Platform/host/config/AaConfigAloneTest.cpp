@@ -1,5 +1,5 @@
 // The configuration of a process that is in no run.
-#include "TemporaryDirectory.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include <gmock/gmock.h>
 #include <host/bus/Process.hpp>

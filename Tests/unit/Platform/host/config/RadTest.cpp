@@ -1,4 +1,4 @@
-#include "TemporaryDirectory.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #pragma once
 #include "PeerProcess.hpp"
-#include "TemporaryDirectory.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include <gmock/gmock.h>
 #include <host/board/CreateRun.hpp>

@@ -1,4 +1,4 @@
-#include "TemporaryDirectory.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include <gmock/gmock.h>
 #include <host/store/Store.hpp>

@@ -1,3 +1,5 @@
+#include "support/Files.hpp"
+
 #include <gmock/gmock.h>
 #include <host/faults/Functions.hpp>
 
@@ -5,19 +7,13 @@
 #include <fstream>
 #include <ostream>
 #include <regex>
-#include <sstream>
 
 namespace mox::host::faults {
 namespace {
 
+using testing::contentOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-
-std::string contentOf(const std::filesystem::path& path) {
-    std::ostringstream all;
-    all << std::ifstream(path).rdbuf();
-    return all.str();
-}
 
 const Function& function(const char* name) {
     const Function* found = findFunction(name);

@@ -1,6 +1,6 @@
 #include "InRun.hpp"
 
-#include "../config/TemporaryDirectory.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include <pal/AaConfig.h>
 #include <pal/AaStartup.h>

@@ -1,4 +1,5 @@
-#include "../config/TemporaryDirectory.hpp"
+#include "support/Files.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include <gmock/gmock.h>
 #include <host/faults/Plan.hpp>
@@ -33,10 +34,7 @@ protected:
     }
     std::uint32_t add(Plan& plan, const Rule& rule) { return plan.add(rule, why).value_or(0); }
 
-    std::string bytes() const {
-        std::ifstream file(directory / "faults", std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
+    std::string bytes() const { return mox::testing::contentOf(directory / "faults"); }
     /// The bits of the planned functions, as calls see them.
     std::uint32_t bits() const {
         std::uint32_t word = 0;

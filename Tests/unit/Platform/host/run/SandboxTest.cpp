@@ -1,6 +1,7 @@
 #include "host/run/Sandbox.hpp"
 
 #include "host/run/SandboxPaths.hpp"
+#include "support/Files.hpp"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -17,6 +18,7 @@ namespace {
 
 using namespace mox::host;
 namespace fs = std::filesystem;
+using mox::testing::contentOf;
 using testing::AllOf;
 using testing::Contains;
 using testing::EndsWith;
@@ -80,11 +82,6 @@ protected:
     std::string m_top;
     std::string m_run;
 };
-
-std::string contentOf(const std::string& path) {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 TEST_F(Sandbox, GivesTheNodeDirectoriesOfItsOwn) {
     for (const PrivateDirectory& own : privateDirectories()) {

@@ -1,6 +1,7 @@
 #pragma once
 /// A test in a process of a run, with its execution environment running and its log captured.
-#include "../config/TemporaryDirectory.hpp"
+#include "support/Files.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include <pal/AaConfig.h>
 #include <pal/AaStartup.h>
@@ -16,7 +17,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -34,11 +34,6 @@ struct LoggedLine {
 
 inline void PrintTo(const LoggedLine& line, std::ostream* out) {
     *out << line.level << "/" << line.feature << "/" << line.text;
-}
-
-inline std::string contentOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 class InRun : public ::testing::Test {

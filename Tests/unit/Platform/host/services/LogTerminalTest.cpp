@@ -1,4 +1,4 @@
-#include "../config/TemporaryDirectory.hpp"
+#include "support/TemporaryDirectory.hpp"
 
 #include <pal/AaSysLog.h>
 
