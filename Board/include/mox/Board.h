@@ -92,13 +92,13 @@ uint32_t ApiGetSlotIdFromBoardId(uint32_t boardId);
 
 /// Reads the unit id of a unit, such as "ZUPA"; at most 7 characters.
 /// @param unit       unit number; 0 is the local unit
-/// @param[out] text  the text; unlike elsewhere, the device tree writes it itself (ddal_devicetree_get_unit_id)
-/// @param length     room in `text` in bytes
+/// @param[out] text  the text; unlike elsewhere, the device tree writes it itself and may leave the rest of it alone
+/// @param length     room in `text` in bytes, 1 or more; 8 and more always hold a terminator
 /// @return 1, or 0
 uint32_t ApiGetUnitId(uint32_t unit, char* text, uint32_t length);
-/// The same for the production code; at most 12 characters.
+/// The same for the production code; at most 12 characters, so that 13 bytes hold a terminator.
 uint32_t ApiGetUnitProductionCode(uint32_t unit, char* text, uint32_t length);
-/// The same for the serial number; at most 16 characters.
+/// The same for the serial number; at most 16 characters, so that 17 bytes hold a terminator.
 uint32_t ApiGetUnitSerialNumber(uint32_t unit, char* text, uint32_t length);
 
 /// Copies the unit id of the local unit.
@@ -154,9 +154,9 @@ EWimBoardType ApiGetWimBoardType(void);
 /// @return the module version that goes with the board type: 34 for Single, Pico and Pico_DB, 35 for Master, 36 for
 ///         Slave, 42 for PLUMB_4x4, else 64
 uint32_t ApiGetWimModuleVersion(void);
-/// Tells the radio technology of the local unit: from tag "sys.lfs.fpga.technology", else from its radio cards.
+/// Tells the radio technology of the local unit: WCDMA when tag "sys.lfs.fpga.technology" begins with "wcdma", else
+/// that of the radio cards in slots 0 to 2, for which it blocks up to 150 ms more. An unreadable card counts as none.
 /// @return 0 FDD (also when no card says TDD, or when cards say both), 1 TDD, 2 WCDMA, 3 not a unit of the Wim line
-/// Blocks up to 150 ms more for the cards.
 uint32_t ApiGetLocalWimRatType(void);
 
 // --- the own node ---
@@ -215,7 +215,7 @@ uint32_t ApiGetDieIdQuality(char* text, uint32_t length);
 char* ApiGetModuleDisplayProductCodeEx(uint32_t moduleVersion, const char* productionCode, char* text, uint32_t length);
 
 /// @param state  number of the state of an antenna device
-/// @return the state's name, a constant; "Unknown" for a number without one
+/// @return the state's name, such as "Ready" for 0: a constant text; "Unknown" for a number without a name
 const char* getAdetStateStr(int state);
 
 #ifdef __cplusplus

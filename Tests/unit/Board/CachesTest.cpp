@@ -54,6 +54,48 @@ TEST(TextCache, KeepsNothingOfAFailure) {
     EXPECT_STREQ(text, "CD");
 }
 
+/// All that is remembered, as a caller gets it.
+std::vector<std::string> everything() {
+    using Read = std::uint32_t (*)(char*, std::uint32_t);
+    const Read texts[] = {&ApiGetLocalUnitId, &ApiGetLocalUnitProductionCode, &ApiGetLocalUnitSerialNumber,
+                          &ApiGetModuleId,    &ApiGetModuleProductionCode,    &ApiGetModuleSerialNumber};
+    std::vector<std::string> values;
+    for (const Read read : texts) {
+        char text[32] = {};
+        EXPECT_EQ(read(text, 32), 1U);
+        values.emplace_back(text);
+    }
+    for (const std::uint32_t number :
+         {ApiGetLocalUnitHwSwId(), ApiGetLocalUnitHwId(), static_cast<std::uint32_t>(ApiGetLocalUnitType()),
+          static_cast<std::uint32_t>(ApiGetLocalUnitVersion()), ApiGetLocalWimRatType(), ApiGetModuleVersion(),
+          std::uint32_t{ApiGetCurrentBoard()}, std::uint32_t{ApiGetCurrentCpu()}}) {
+        values.push_back(hexText(number));
+    }
+    return values;
+}
+
+class RememberedIdentification : public Identification {};
+
+TEST_F(RememberedIdentification, KeepsEachValueApart) {
+    platform.hwSwId = 0x00A03000;
+    platform.board = 0x12;
+    platform.cpu = 5;
+    platform.answerText("ddal_devicetree_get_unit_id", "WIMA");
+    platform.answerText("ddal_devicetree_get_production_code", "474001A.101");
+    platform.answerText("ddal_devicetree_get_serial_number", "W1160100001");
+    platform.answerText("ddal_devicetree_get_module_unit_id", "MDAK");
+    platform.answerText("ddal_devicetree_get_module_production_code", "511001A.101");
+    platform.answerText("ddal_devicetree_get_module_serial_number", "M1160100001");
+    const std::vector<std::string> expected{"WIMA",        "474001A.101", "W1160100001", "MDAK", "511001A.101",
+                                            "M1160100001", "0xa03000",    "0xa03",       "0x13", "0x33",
+                                            "0x0",         "0xf",         "0x12",        "0x5"};
+    EXPECT_EQ(everything(), expected);
+    platform.takeCalls();
+    EXPECT_EQ(everything(), expected);
+    EXPECT_THAT(platform.takeCalls(), ::testing::IsEmpty());
+    platform.takeLog();
+}
+
 class IdentificationFromManyThreads : public Identification {
 protected:
     /// Runs something on eight threads that begin at once.

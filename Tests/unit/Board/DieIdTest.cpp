@@ -56,6 +56,9 @@ TEST_P(DieIdentity, ThatCannotBeReadIsLoggedAndLeavesTheDestination) {
     EXPECT_EQ(GetParam().read(text, 8), 0U);
     EXPECT_STREQ(text, "-------");
     EXPECT_THAT(platform.takeLog(), ElementsAre(warningLine(GetParam().failure)));
+    platform.failWith(GetParam().ddalFunction, 1);
+    EXPECT_EQ(GetParam().read(text, 8), 0U);
+    EXPECT_EQ(platform.takeLog().size(), 1U);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -61,6 +61,9 @@ TEST_P(ExtModuleIdentity, ThatCannotBeReadIsLoggedAndLeavesTheDestination) {
     EXPECT_EQ(GetParam().read(171, text, 8), 0U);
     EXPECT_STREQ(text, "-------");
     EXPECT_THAT(platform.takeLog(), ElementsAre(warningLine(GetParam().failure)));
+    platform.failWith(GetParam().ddalFunction, 1);
+    EXPECT_EQ(GetParam().read(171, text, 8), 0U);
+    EXPECT_EQ(platform.takeLog().size(), 1U);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,18 +1,11 @@
 #pragma once
-#include "mock/AaConfigMock.hpp"
-#include "mock/AaMemMock.hpp"
-#include "mock/AaSysComMock.hpp"
-#include "mock/AaSysLogMock.hpp"
-#include "mock/DdalDevicetreeMock.hpp"
-#include "mock/DdalRioMock.hpp"
-#include "mock/DdalSysinfoMock.hpp"
-#include "mock/DdalUnitMock.hpp"
 #include "support/LogLines.hpp"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -23,6 +16,7 @@ namespace mox::testing {
 class IdentityPlatform {
 public:
     IdentityPlatform();
+    ~IdentityPlatform();
     IdentityPlatform(const IdentityPlatform&) = delete;
     IdentityPlatform& operator=(const IdentityPlatform&) = delete;
 
@@ -41,6 +35,7 @@ public:
     struct Card {
         int result = 0;
         std::uint64_t kind = 0;
+        bool leavesItsKind = false; ///< also when reading it fails
     };
 
     std::uint32_t hwSwId = 0;
@@ -54,20 +49,10 @@ public:
     std::string technologyTag;
     Card cards[3];
 
-    mock::Use<mock::AaConfigMock> config;
-    mock::Use<mock::AaMemMock> mem;
-    mock::Use<mock::AaSysComMock> sysCom;
-    mock::Use<mock::AaSysLogMock> sysLog;
-    mock::Use<mock::DdalDevicetreeMock> devicetree;
-    mock::Use<mock::DdalRioMock> rio;
-    mock::Use<mock::DdalSysinfoMock> sysinfo;
-    mock::Use<mock::DdalUnitMock> unit;
-
 private:
-    void answerUnit();
-    void answerModules();
-    void answerNode();
-    void answerWim();
+    /// What takes the platform's calls.
+    class Doubles;
+
     void note(const std::string& call);
     int text(const std::string& function, const std::string& arguments, std::uint32_t length, char* destination);
     int resultOf(const std::string& function) const;
@@ -77,6 +62,7 @@ private:
     std::map<std::string, std::string> m_texts;
     std::vector<std::string> m_calls;
     std::vector<LogLine> m_lines;
+    std::unique_ptr<Doubles> m_doubles;
 };
 
 /// A process that knows nothing yet, on such a platform. A line that the test did not take fails it.

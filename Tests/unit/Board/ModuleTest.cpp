@@ -66,10 +66,13 @@ TEST_P(ModuleIdentity, ThatCannotBeReadIsLoggedAndReadAgain) {
     EXPECT_EQ(GetParam().read(text, 8), 0U);
     EXPECT_STREQ(text, "-------");
     EXPECT_THAT(platform.takeLog(), ElementsAre(warningLine(GetParam().failure)));
+    platform.failWith(GetParam().ddalFunction, 1);
+    EXPECT_EQ(GetParam().read(text, 8), 0U);
+    EXPECT_EQ(platform.takeLog().size(), 1U);
     platform.failWith(GetParam().ddalFunction, 0);
     EXPECT_EQ(GetParam().read(text, 8), 1U);
     EXPECT_STREQ(text, "MDAE");
-    EXPECT_THAT(platform.takeCalls(), ElementsAre(call(), call()));
+    EXPECT_THAT(platform.takeCalls(), ElementsAre(call(), call(), call()));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -85,6 +85,9 @@ TEST_P(OwnNode, WhoseRapidIoIdCannotBeReadIsAskedForAgain) {
     EXPECT_EQ(GetParam().read(), 0);
     EXPECT_THAT(platform.takeLog(), ElementsAre(warningLine(GetParam().failure)));
     EXPECT_THAT(platform.takeCalls(), ElementsAre("AaSysComGetOwnNid()", "ddal_rio_get_own_id()"));
+    platform.failWith("ddal_rio_get_own_id", 1);
+    EXPECT_EQ(GetParam().read(), 0);
+    EXPECT_EQ(platform.takeLog().size(), 1U);
     platform.failWith("ddal_rio_get_own_id", 0);
     EXPECT_EQ(GetParam().read(), 0x12);
 }

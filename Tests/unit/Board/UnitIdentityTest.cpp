@@ -58,6 +58,9 @@ TEST_P(UnitIdentity, ThatCannotBeReadIsLoggedAndLeavesTheDestination) {
     EXPECT_EQ(GetParam().read(3, text, 8), 0U);
     EXPECT_STREQ(text, "-------");
     EXPECT_THAT(platform.takeLog(), ElementsAre(warningLine(GetParam().failure)));
+    failWith(1);
+    EXPECT_EQ(GetParam().read(3, text, 8), 0U);
+    EXPECT_EQ(platform.takeLog().size(), 1U);
 }
 
 TEST_P(UnitIdentity, OfTheLocalUnitIsReadOnceInFullLength) {

@@ -3,6 +3,7 @@
 #include "unit/Board/IdentityPlatform.hpp"
 
 #include <mox/Board.h>
+#include <pal/AaConfig.h>
 
 #include <gmock/gmock.h>
 
@@ -122,9 +123,22 @@ TEST_F(WimRatType, CountsACardThatCannotBeReadAsAbsent) {
             infoLine(present(1, 1, "TDD")), infoLine(present(2, 1, "TDD"))));
 }
 
+TEST_F(WimRatType, CountsACardThatCannotBeReadAsAbsentWhateverItLeaves) {
+    platform.cards[1] = {-5, 1, true};
+    EXPECT_EQ(ApiGetLocalWimRatType(), fdd);
+    EXPECT_THAT(
+        platform.takeLog(),
+        ElementsAre(
+            absent(0),
+            warningLine("ApiGetLocalWimRatType: ddal_sysinfo_get_uint() returned -5 (FAILURE); slot 1, value 1"),
+            infoLine("ApiGetLocalWimRatType: ddal_sysinfo_get_uint() returned -5 (success); slot 1, value 0 (card not "
+                     "present)"),
+            absent(2)));
+}
+
 TEST_F(WimRatType, IsFddWhenNoCardCanBeRead) {
     for (IdentityPlatform::Card& card : platform.cards) {
-        card = {-95, 1};
+        card = {1, 1, true};
     }
     EXPECT_EQ(ApiGetLocalWimRatType(), fdd);
     EXPECT_EQ(platform.takeLog().size(), 6U);
@@ -173,6 +187,19 @@ TEST_F(WimRatType, ThatIsFddForWantOfCardsIsDeterminedOnceToo) {
     insert(1, 1, 1);
     EXPECT_EQ(ApiGetLocalWimRatType(), fdd);
     EXPECT_THAT(platform.takeCalls(), IsEmpty());
+}
+
+TEST_F(WimRatType, ReleasesNoTagThatCannotBeRead) {
+    for (const int result : {EAaConfigRetVal_NotFound, EAaConfigRetVal_OutOfResources, EAaConfigRetVal_NotStarted}) {
+        ps::hwapi::board::caches.wimRatType.forget();
+        const mock::Fault unreadable = mock::fail("AaConfigTagGet").with(result);
+        EXPECT_EQ(ApiGetLocalWimRatType(), fdd);
+        EXPECT_EQ(unreadable.fired(), 1U);
+        EXPECT_THAT(platform.takeCalls(),
+                    ElementsAre("ddal_sysinfo_get_uint(0, 12, 5, 0)", "ddal_sysinfo_get_uint(0, 12, 5, 1)",
+                                "ddal_sysinfo_get_uint(0, 12, 5, 2)"));
+        EXPECT_EQ(platform.takeLog().size(), 3U);
+    }
 }
 
 TEST_F(WimRatType, TakesATagWithoutTextForNone) {
