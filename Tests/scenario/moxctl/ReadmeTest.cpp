@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <ostream>
@@ -48,6 +49,7 @@ TEST_P(CommandsOfAPage, WorkAsTheyAreWrittenThere) {
     ASSERT_THAT(commands, HasSubstr("moxctl sim up"));
     const std::string programs = std::filesystem::path(MOXCTL_PATH).parent_path().string();
     CommandSetting setting = settingFor({{"PATH", programs + ":/usr/bin:/bin"}});
+    setting.limit = std::chrono::seconds(120); // for emulated processors, too
     const CommandResult result =
         runCommand({"bash", "-e", "-c", "trap 'moxctl --quiet sim down 2>/dev/null || :' EXIT\n" + commands}, setting);
     EXPECT_EQ(result.status, 0);
