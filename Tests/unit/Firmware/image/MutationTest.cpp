@@ -87,7 +87,8 @@ TEST_F(BrokenImages, AreJudgedWithinTheStatedResults) {
             ++accepted;
             ASSERT_EQ(copied, 0);
             const auto region = std::string_view(bytes).substr(contentOf(in("payload")).size());
-            const auto parsed = ps::hwapi::common::image::parseTrailer(ps::hwapi::common::image::trailerText(region));
+            const std::string text(ps::hwapi::common::image::trailerText(region));
+            const auto parsed = ps::hwapi::common::image::parseTrailer(text);
             ASSERT_EQ(crcOf(contentOf(in("payload"))), ps::hwapi::common::image::readFields(*parsed.trailer).crc32);
         }
         syslogLines();
