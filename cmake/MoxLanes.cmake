@@ -6,6 +6,7 @@ option(MOX_CCACHE "Compile through ccache where it is installed" ON)
 option(MOX_HARDENING "Harden what is built, as for the board" OFF)
 option(MOX_COVERAGE "Count the lines that run" OFF)
 set(MOX_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them (empty: none)")
+option(MOX_FUZZ "Let clang's fuzzer drive the fuzz targets" OFF)
 set(MOX_TEST_TIMEOUT_FACTOR 1 CACHE STRING "By how much the deadlines of the tests are stretched (whole number)")
 
 if(MOX_CCACHE)
