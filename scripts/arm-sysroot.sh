@@ -16,7 +16,7 @@ TEXT
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 packages=(libc6-dev libstdc++-12-dev libgcc-s1 zlib1g-dev libboost-dev libpugixml-dev liblmdb-dev
-    libspdlog-dev libfmt-dev libarchive-dev libpcap-dev nlohmann-json3-dev libcli11-dev)
+    libspdlog-dev libfmt-dev libarchive-dev nlohmann-json3-dev libcli11-dev)
 revision=1
 
 force=0

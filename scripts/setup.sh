@@ -20,7 +20,7 @@ TEXT
 declare -A packagesOf=(
     [build]="g++ cmake ninja-build ccache pkg-config python3 git
         zlib1g-dev libboost-dev libpugixml-dev liblmdb-dev libspdlog-dev libfmt-dev
-        nlohmann-json3-dev libcli11-dev libarchive-dev libpcap-dev bubblewrap"
+        nlohmann-json3-dev libcli11-dev libarchive-dev bubblewrap"
     [test]="libgtest-dev libgmock-dev binutils"
     [lanes]="clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev shellcheck gcovr
         g++-arm-linux-gnueabihf qemu-user googletest"
