@@ -37,16 +37,17 @@ ROOMS = {
     "Services": LIBRARY + ["Services/Kit/include"],
     "Tools": LIBRARY + ["Platform/host", "TestKit/include"],
 }
-# The tests that lie beside a service, as templates for authors of others: they see the service as its users do.
+# The tests that lie beside a service, as templates for authors of others: what the test kit and the doubles offer, and
+# the helpers of the tree's other tests.
 SERVICE_TEST = re.compile(r"Services/[^/]+/test/")
 SERVICE_TESTS = "A service's test"
-ROOMS[SERVICE_TESTS] = ROOMS["Services"] + ["Services", "TestKit/include"]
+ROOMS[SERVICE_TESTS] = ROOMS["Services"] + ["Services", "TestKit/include", "Platform/mock", "Tests/support"]
 # Tests and benchmarks look into every room.
 FREE = ["Tests", "Benchmarks"]
 
 # Nothing but zlib, the boost headers and the C++ library reaches the board with libMOX.
 BOARD_ROOMS = ["Platform/include", "Platform/target", "Board", "Common", "Firmware"]
-HOST_LIBRARIES = re.compile(r"^(lmdb\.h|pugixml\.hpp|archive(_entry)?\.h|pcap(\.h|/)|nats(\.h|/)|"
+HOST_LIBRARIES = re.compile(r"^(lmdb\.h|pugixml\.hpp|archive(_entry)?\.h|nats(\.h|/)|"
                             r"nlohmann/|spdlog/|fmt/|CLI/|gtest/|gmock/|benchmark/)")
 
 
