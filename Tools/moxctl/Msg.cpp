@@ -123,9 +123,11 @@ void send(Session& session, const MsgOptions& options) {
     session.output().detail("sent " + std::to_string(options.count) + " to " + showAddress(outgoing.receiver()));
 }
 
+constexpr std::uint32_t anyId = 0x10000; // no message has it
+
 /// One request with its answer. Messages before the answer, such as progress, are printed too.
-/// @param wanted  the answer's id; nothing: whatever comes first
-void requestOnce(const Output& output, const Outgoing& outgoing, std::optional<std::uint16_t> wanted, double seconds) {
+/// @param wanted  the answer's id, or anyId
+void requestOnce(const Output& output, const Outgoing& outgoing, std::uint32_t wanted, double seconds) {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point begin = Clock::now();
     const Deadline deadline(seconds);
@@ -137,7 +139,7 @@ void requestOnce(const Output& output, const Outgoing& outgoing, std::optional<s
             throw Failure(ExitStatus::timeLimit,
                           "time limit reached: no answer from " + showAddress(outgoing.receiver()));
         }
-        isAnswered = !wanted || AaSysComMsgGetId(message.handle()) == *wanted;
+        isAnswered = wanted == anyId || wanted == AaSysComMsgGetId(message.handle());
         Json json = jsonOf(message);
         json["microseconds"] = took;
         output.object(json);
@@ -147,7 +149,7 @@ void requestOnce(const Output& output, const Outgoing& outgoing, std::optional<s
 }
 
 void request(Session& session, const MsgOptions& options) {
-    const auto wanted = options.answer.empty() ? std::nullopt : std::optional(readId(options.answer, "answer's id"));
+    const std::uint32_t wanted = options.answer.empty() ? anyId : readId(options.answer, "answer's id");
     session.startPlatform();
     const Outgoing outgoing(session, options);
     if (AaSysComEuUserRegister(0) == 0) {

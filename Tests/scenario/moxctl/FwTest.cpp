@@ -15,7 +15,6 @@ namespace fs = std::filesystem;
 using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 /// A board with all three kinds of firmware; its boot loader was started from RAM.
 std::string boardOf(const std::string& unit, const std::string& location = "ram") {
