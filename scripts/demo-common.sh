@@ -16,7 +16,12 @@ trap cleanUp EXIT
 # $status.
 say() { printf '\n# %s\n' "$*"; }
 show() {
-    printf '$ %s\n' "${*//$work\//}"
+    local word line='$'
+    for word in "$@"; do
+        [[ $word == *[[:space:]]* ]] && word="'$word'"
+        line+=" $word"
+    done
+    printf '%s\n' "${line//$work\//}"
     status=0
     output=$("$@" 2>&1) || status=$?
     [[ -z $output ]] || printf '%s\n' "${output//$work\//}"

@@ -56,6 +56,16 @@ void report(const Output& output, const std::vector<std::string>& paths) {
                    {"changed", paths}});
 }
 
+std::string forcedText(const FwComponent& component, std::uint64_t count) {
+    const std::string name = component.name;
+    if (count == 0) {
+        return "no update of " + name + " is forced";
+    }
+    return (count == 1 ? "the next update of " + name + " is"
+                       : "the next " + std::to_string(count) + " updates of " + name + " are") +
+           " made whatever the versions are";
+}
+
 } // namespace
 
 void disableFirmware(Session& session, const FwOptions& options) {
@@ -107,8 +117,7 @@ void forceFirmware(Session& session, const FwOptions& options) {
     writeMarker(marker, std::to_string(count));
     session.output().object(
         {{"schema", "moxctl.firmware-force.1"}, {"component", component.name}, {"marker", marker}, {"left", count}});
-    session.output().note("wrote " + marker + ": the next " + std::to_string(count) + " updates of " + component.name +
-                          " are made whatever the versions are");
+    session.output().note("wrote " + marker + ": " + forcedText(component, count));
 }
 
 } // namespace mox::tools

@@ -69,7 +69,7 @@ place "$name-11.bin" "$name-wrong.bin"
 must moxctl fw check fpga --explain
 expect "$name-11.bin"
 
-say "A message asks for the update; the service tells each step"
+say "A message asks for the update; the service tells each step to its sender, whose address a monitor has registered"
 update 1 5 '0x0624 updated, result 0, /ffs/run/boot/KOR-TIRVO2-QE-11.bin'
 
 say "Both slots hold the image's payload"
@@ -84,7 +84,7 @@ say "Two images for the board: the service does not choose"
 place "$name-11.bin" "$name-9.bin"
 update 3 4 '0x0624 check failed, result -8'
 
-say "Only the other board's image"
+say "Only the other board's image: none for this one"
 place "$name-wrong.bin"
 update 4 4 '0x0624 check failed, result -7'
 

@@ -372,7 +372,11 @@ TEST_F(Fw, IsSwitchedOffAndOnByMarkers) {
 TEST_F(Fw, ForcesTheNextUpdatesByAMarkerThatIsUsedUp) {
     placeImage("KOR-TIRVO2-QE.bin", "10");
     EXPECT_EQ(object({"update", "fpga"}).at("state"), "notNeeded");
-    EXPECT_EQ(fw({"force", "fpga", "2"}).status, 0);
+    EXPECT_THAT(fw({"force", "fpga", "0"}).err, HasSubstr(": no update of fpga is forced\n"));
+    EXPECT_THAT(fw({"force", "fpga", "1"}).err, HasSubstr(": the next update of fpga is made whatever"));
+    const CommandResult twice = fw({"force", "fpga", "2"});
+    EXPECT_EQ(twice.status, 0);
+    EXPECT_THAT(twice.err, HasSubstr(": the next 2 updates of fpga are made whatever"));
     EXPECT_EQ(contentOf(node("/ffs/run/logs/force-firmware-update-kor-fpga")), "2");
     fw({"check", "fpga", "--explain"});
     EXPECT_EQ(object({"status"}).at("forcedLeft").at("fpga"), 2);
