@@ -9,7 +9,6 @@
 #include <sys/prctl.h>
 
 #include <algorithm>
-#include <chrono>
 #include <system_error>
 
 namespace mox::host {
@@ -18,10 +17,6 @@ namespace {
 
 constexpr std::size_t mostTimers = std::size_t{1} << 20;
 constexpr std::uint64_t catchUpNs = 1'000'000'000;
-
-std::chrono::steady_clock::time_point steady(std::uint64_t ns) {
-    return std::chrono::steady_clock::time_point(std::chrono::nanoseconds(static_cast<std::int64_t>(ns)));
-}
 
 } // namespace
 
@@ -144,7 +139,7 @@ void Timers::sleep(std::unique_lock<std::mutex>& lock) {
     if (next == noDeadline || ManualClock::enabled())
         m_changed.wait(lock, woken);
     else
-        m_changed.wait_until(lock, steady(next), woken);
+        m_changed.wait_until(lock, steadyTime(next), woken);
     m_poked = false;
 }
 

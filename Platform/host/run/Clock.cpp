@@ -58,11 +58,6 @@ void Registry::follow() {
         follower.second.follow();
 }
 
-std::chrono::steady_clock::time_point steady(std::uint64_t ns) {
-    const auto representable = std::min<std::uint64_t>(ns, INT64_MAX);
-    return std::chrono::steady_clock::time_point(std::chrono::nanoseconds(static_cast<std::int64_t>(representable)));
-}
-
 } // namespace
 
 std::uint64_t TimedWait::sleepNs() {
@@ -183,7 +178,7 @@ bool ConditionWait::sleep() {
     if (m_deadlineNs == noDeadline || ManualClock::enabled())
         m_condition.wait(m_lock);
     else
-        m_condition.wait_until(m_lock, steady(m_deadlineNs));
+        m_condition.wait_until(m_lock, steadyTime(m_deadlineNs));
     return true;
 }
 
@@ -198,8 +193,8 @@ void ConditionWait::wake(void* self) {
 void sleepFor(std::uint64_t ns) {
     const std::uint64_t deadline = deadlineIn(ns);
     if (!ManualClock::enabled()) {
-        const timespec until{static_cast<time_t>(deadline / 1'000'000'000U),
-                             static_cast<long>(deadline % 1'000'000'000U)};
+        const auto last = static_cast<std::uint64_t>(steadyTime(deadline).time_since_epoch().count());
+        const timespec until{static_cast<time_t>(last / 1'000'000'000U), static_cast<long>(last % 1'000'000'000U)};
         while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
         }
     }

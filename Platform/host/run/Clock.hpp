@@ -15,6 +15,7 @@
 #include <time.h>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
@@ -62,6 +63,17 @@ inline std::uint64_t utcNs() noexcept {
 inline std::uint64_t deadlineIn(std::uint64_t durationNs) noexcept {
     const std::uint64_t now = monotonicNs();
     return durationNs >= noDeadline - now ? noDeadline : now + durationNs;
+}
+
+/// A deadline as condition variables take it. One beyond the range of the C library's time, which ends 68 years after
+/// the start of the clock where it has 32 bits, becomes the last moment within: whoever waits then looks again.
+/// @param bytesOfTime  of the C library's time
+inline std::chrono::steady_clock::time_point steadyTime(std::uint64_t deadlineNs,
+                                                        std::size_t bytesOfTime = sizeof(time_t)) noexcept {
+    constexpr std::uint64_t end32 = std::uint64_t{INT32_MAX} * 1'000'000'000U;
+    const std::uint64_t last = bytesOfTime == 4 ? end32 : std::uint64_t{INT64_MAX};
+    return std::chrono::steady_clock::time_point(
+        std::chrono::nanoseconds(static_cast<std::int64_t>(deadlineNs < last ? deadlineNs : last)));
 }
 
 /// One wait of one thread with a time limit. Costs nothing but the clock's reads while the manual clock is off; while

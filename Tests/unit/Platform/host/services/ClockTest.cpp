@@ -2,6 +2,7 @@
 #include <host/run/Clock.hpp>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -147,6 +148,22 @@ TEST_F(WithManualClock, StopsAtEveryDeadlineOfAFollower) {
 
 TEST_F(WithManualClock, SaysWhenNobodyWaits) {
     EXPECT_FALSE(ManualClock::awaitWaits(1, 1));
+}
+
+TEST(SteadyTime, StaysWithinWhatTheCLibrarysTimeHolds) {
+    constexpr std::uint64_t second = 1'000'000'000;
+    const auto seconds = [](std::uint64_t deadlineNs, std::size_t bytes) {
+        return std::chrono::duration_cast<std::chrono::seconds>(steadyTime(deadlineNs, bytes).time_since_epoch())
+            .count();
+    };
+    for (const std::size_t bytes : {4, 8}) {
+        EXPECT_EQ(seconds(0, bytes), 0);
+        EXPECT_EQ(seconds(INT32_MAX * second - 1, bytes), INT32_MAX - 1);
+    }
+    EXPECT_EQ(seconds(UINT32_MAX * second, 4), INT32_MAX);
+    EXPECT_EQ(seconds(noDeadline, 4), INT32_MAX);
+    EXPECT_EQ(seconds(UINT32_MAX * second, 8), UINT32_MAX);
+    EXPECT_EQ(seconds(noDeadline, 8), INT64_MAX / static_cast<std::int64_t>(second));
 }
 
 } // namespace
