@@ -21,19 +21,19 @@ namespace mox::mock {
 
 template <typename Mock>
 struct Mannered {
-    using Type = testing::NiceMock<Mock>;
+    using Type = ::testing::NiceMock<Mock>;
 };
 template <typename Mock>
-struct Mannered<testing::NiceMock<Mock>> {
-    using Type = testing::NiceMock<Mock>;
+struct Mannered<::testing::NiceMock<Mock>> {
+    using Type = ::testing::NiceMock<Mock>;
 };
 template <typename Mock>
-struct Mannered<testing::StrictMock<Mock>> {
-    using Type = testing::StrictMock<Mock>;
+struct Mannered<::testing::StrictMock<Mock>> {
+    using Type = ::testing::StrictMock<Mock>;
 };
 template <typename Mock>
-struct Mannered<testing::NaggyMock<Mock>> {
-    using Type = testing::NaggyMock<Mock>;
+struct Mannered<::testing::NaggyMock<Mock>> {
+    using Type = ::testing::NaggyMock<Mock>;
 };
 
 template <typename Mock>

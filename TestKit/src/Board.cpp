@@ -64,4 +64,11 @@ Board BoardOf::find(const std::string& suite) {
     return found == boards().end() ? Board::plain() : found->second;
 }
 
+std::vector<std::string> BoardOf::suites() {
+    std::vector<std::string> names;
+    for (const auto& [suite, board] : boards())
+        names.push_back(suite);
+    return names;
+}
+
 } // namespace mox::testkit

@@ -67,10 +67,15 @@ bool ChildService::State::start() {
     if (request.node == 0)
         request.node = run.node();
     rad = host::RadOfNode::open(run, request.node, why);
-    if (rad != nullptr && request.stateRadId != 0)
-        rad->set(request.stateRadId, 0); // a service that was killed has left the state that is waited for
     outputFile = run.path() + "/" + request.name + "-XXXXXX";
     const int output = mkostemp(outputFile.data(), O_CLOEXEC | O_APPEND);
+    if (rad == nullptr || output < 0) {
+        ADD_FAILURE() << "service " << request.name
+                      << " could not be started: " << (rad == nullptr ? why : outputFile + ": " + std::strerror(errno));
+        return false;
+    }
+    if (request.stateRadId != 0)
+        rad->set(request.stateRadId, 0); // a service that was killed has left the state that is waited for
     std::vector<std::string> command = request.arguments;
     command.insert(command.begin(), findExecutable(request.name));
     host::SandboxOptions options;
@@ -81,7 +86,7 @@ bool ChildService::State::start() {
     options.writable = {MOX_BUILD_TREE};
     const auto started = host::spawnInSandbox(run.path(), request.node, command, options, why);
     close(output);
-    if (!started || rad == nullptr) {
+    if (!started) {
         ADD_FAILURE() << "service " << request.name << " could not be started: " << why << printed();
         return false;
     }
@@ -150,12 +155,17 @@ unsigned int ChildService::radValue(unsigned int id) const {
     return parameter ? parameter->value : 0;
 }
 
-testing::AssertionResult ChildService::awaitState(unsigned int state, unsigned limitMs) {
+::testing::AssertionResult ChildService::awaitState(unsigned int state, unsigned limitMs) {
     const unsigned int id = m_state->request.stateRadId;
-    if (pollFor(limitMs, [&] { return radValue(id) == state; }))
-        return testing::AssertionSuccess();
-    return testing::AssertionFailure() << m_state->request.name << " is in state " << radValue(id) << " after "
-                                       << limitMs << " ms, not in " << state << m_state->printed();
+    pollFor(limitMs, [&] { return radValue(id) == state || !isRunning(); });
+    if (radValue(id) == state)
+        return ::testing::AssertionSuccess();
+    auto failure = ::testing::AssertionFailure() << m_state->request.name;
+    if (isRunning())
+        failure << " is in state " << radValue(id) << " after " << limitMs << " ms, not in " << state;
+    else
+        failure << " has ended with status " << m_state->status << " in state " << radValue(id) << ", not in " << state;
+    return failure << m_state->printed();
 }
 
 std::vector<std::string> ChildService::output() const {
@@ -166,7 +176,7 @@ std::vector<std::string> ChildService::output() const {
     return lines;
 }
 
-testing::AssertionResult ChildService::awaitOutput(const testing::Matcher<std::string>& line, unsigned limitMs) {
+::testing::AssertionResult ChildService::awaitOutput(const ::testing::Matcher<std::string>& line, unsigned limitMs) {
     const auto found = [&] {
         for (const std::string& printed : output())
             if (line.Matches(printed))
@@ -174,11 +184,11 @@ testing::AssertionResult ChildService::awaitOutput(const testing::Matcher<std::s
         return false;
     };
     if (pollFor(limitMs, found))
-        return testing::AssertionSuccess();
+        return ::testing::AssertionSuccess();
     std::ostringstream wanted;
     line.DescribeTo(&wanted);
-    return testing::AssertionFailure() << "within " << limitMs << " ms no line of " << m_state->request.name << " "
-                                       << wanted.str() << m_state->printed();
+    return ::testing::AssertionFailure() << "within " << limitMs << " ms no line of " << m_state->request.name << " "
+                                         << wanted.str() << m_state->printed();
 }
 
 } // namespace mox::testkit

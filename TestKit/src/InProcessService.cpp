@@ -1,11 +1,15 @@
 #include "Poll.hpp"
 
 #include <pal/AaSysCom.h>
+#include <testkit/CapturedLog.hpp>
 #include <testkit/InProcessService.hpp>
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
 #include <future>
 #include <thread>
 
@@ -51,6 +55,8 @@ bool live(Service& service, CommandLine& line) {
         started = service.Startup(line.argc(), line.argv());
     } catch (const ps::hwapi::common::CHwapiException& failure) {
         ADD_FAILURE() << "the service failed: " << failure.what() << ": " << failure.getDescription();
+    } catch (const std::exception& failure) {
+        ADD_FAILURE() << "the service failed: " << failure.what();
     }
     service.Shutdown();
     return started;
@@ -69,6 +75,7 @@ struct InProcessService::State {
     Service& service;
     CommandLine line;
     std::future<bool> end;
+    bool stopTried = false;
     bool joined = false;
     bool result = false;
 };
@@ -79,15 +86,21 @@ InProcessService::InProcessService(Service& service, const std::vector<std::stri
     m_state->end =
         std::async(std::launch::async, [state = m_state.get()] { return live(state->service, state->line); });
     pollFor(limitMs, [this] { return m_state->hasEnded(0) || isRunning(); });
-    if (!isRunning())
+    if (m_state->hasEnded(0))
+        ADD_FAILURE() << "service " << service.GetName() << " has ended instead of waiting for messages: state "
+                      << service.GetServiceStateRad() << CapturedLog::newest();
+    else if (!isRunning())
         ADD_FAILURE() << "service " << service.GetName() << " does not wait for messages after " << limitMs
-                      << " ms: state " << service.GetServiceStateRad()
-                      << (m_state->hasEnded(0) ? ", it has ended" : "");
+                      << " ms: state " << service.GetServiceStateRad() << CapturedLog::newest();
 }
 
 InProcessService::~InProcessService() {
-    if (!m_state->joined)
+    if (!m_state->stopTried)
         stop();
+    if (m_state->joined)
+        return;
+    std::fputs("a service is destroyed that still runs: the test's process ends here\n", stderr);
+    std::abort();
 }
 
 bool InProcessService::isRunning() const {
@@ -100,6 +113,7 @@ std::uint32_t InProcessService::address() const {
 }
 
 bool InProcessService::stop(unsigned limitMs) {
+    m_state->stopTried = true;
     if (!m_state->joined && !m_state->hasEnded(0))
         AaSysComMsgSend(AaSysComMsgCreate(stopMessageId, 0, address()));
     return awaitEnd(limitMs) && m_state->result;
@@ -109,7 +123,8 @@ bool InProcessService::awaitEnd(unsigned limitMs) {
     if (m_state->joined)
         return true;
     if (!m_state->hasEnded(limitMs)) {
-        ADD_FAILURE() << "service " << m_state->service.GetName() << " has not ended within " << limitMs << " ms";
+        ADD_FAILURE() << "service " << m_state->service.GetName() << " has not ended within " << limitMs
+                      << " ms: state " << m_state->service.GetServiceStateRad() << CapturedLog::newest();
         return false;
     }
     m_state->result = m_state->end.get();

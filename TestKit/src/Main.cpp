@@ -92,11 +92,16 @@ int runTests(const std::vector<SelectedTest>& tests, const std::vector<std::stri
 int main(int argc, char** argv) {
     std::vector<std::string> arguments(argv, argv + argc);
     arguments[0] = std::filesystem::read_symlink("/proc/self/exe").string();
-    testing::InitGoogleMock(&argc, argv);
+    ::testing::InitGoogleMock(&argc, argv);
     if (std::getenv(insideVariable) != nullptr || GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();
+    const auto misspelt = boardsWithoutSuite();
+    for (const std::string& suite : misspelt)
+        std::cerr << "BoardOf names the suite " << suite << ", which has no test here\n";
+    if (!misspelt.empty())
+        return statusOfFailure;
+    const auto tests = selectedTests();
     for (const int number : {SIGINT, SIGTERM, SIGHUP})
         ::signal(number, interrupt);
-    const auto tests = selectedTests();
     return tests.size() == 1 ? runTest(tests.front(), arguments) : runTests(tests, arguments);
 }

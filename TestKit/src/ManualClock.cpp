@@ -2,17 +2,26 @@
 
 #include <testkit/ManualClock.hpp>
 
+#include <gtest/gtest.h>
+
 namespace mox::testkit {
 
-ManualClock::ManualClock() {
+ManualClock::ManualClock() : m_isFirst(!host::ManualClock::enabled()) {
+    if (!m_isFirst)
+        ADD_FAILURE() << "a second manual clock is the first one: one at a time";
     host::ManualClock::enable();
 }
 
 ManualClock::~ManualClock() {
-    host::ManualClock::disable();
+    if (m_isFirst)
+        host::ManualClock::disable();
 }
 
 void ManualClock::advance(std::chrono::nanoseconds time) {
+    if (time.count() < 0) {
+        ADD_FAILURE() << "the clock cannot be moved back by " << -time.count() << " ns";
+        return;
+    }
     host::ManualClock::advance(static_cast<std::uint64_t>(time.count()));
 }
 
@@ -21,7 +30,10 @@ void ManualClock::setUtc(std::chrono::nanoseconds sinceEpoch) {
 }
 
 bool ManualClock::awaitWaits(std::size_t count, unsigned limitMs) {
-    return host::ManualClock::awaitWaits(count, limitMs);
+    if (host::ManualClock::awaitWaits(count, limitMs))
+        return true;
+    ADD_FAILURE() << "within " << limitMs << " ms there were not " << count << " waits with a deadline at a time";
+    return false;
 }
 
 } // namespace mox::testkit

@@ -1,8 +1,11 @@
 #include "Selection.hpp"
 
+#include <testkit/Board.hpp>
+
 #include <fnmatch.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 namespace mox::testkit {
@@ -30,11 +33,19 @@ bool matchesFilter(const std::string& name, const std::string& filter) {
            (dash == std::string::npos || !matchesAny(name, filter.substr(dash + 1)));
 }
 
+std::vector<std::string> boardsWithoutSuite() {
+    std::vector<std::string> names = BoardOf::suites();
+    const ::testing::UnitTest& all = *::testing::UnitTest::GetInstance();
+    for (int i = 0; i < all.total_test_suite_count(); ++i)
+        names.erase(std::remove(names.begin(), names.end(), all.GetTestSuite(i)->name()), names.end());
+    return names;
+}
+
 std::vector<SelectedTest> selectedTests() {
     std::vector<SelectedTest> selected;
-    const testing::UnitTest& all = *testing::UnitTest::GetInstance();
+    const ::testing::UnitTest& all = *::testing::UnitTest::GetInstance();
     for (int i = 0; i < all.total_test_suite_count(); ++i) {
-        const testing::TestSuite& suite = *all.GetTestSuite(i);
+        const ::testing::TestSuite& suite = *all.GetTestSuite(i);
         for (int j = 0; j < suite.total_test_count(); ++j) {
             const SelectedTest test{suite.name(), suite.GetTestInfo(j)->name()};
             if (matchesFilter(test.full(), GTEST_FLAG_GET(filter)) &&

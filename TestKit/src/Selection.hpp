@@ -15,6 +15,9 @@ struct SelectedTest {
 /// are left out.
 bool matchesFilter(const std::string& name, const std::string& filter);
 
+/// The suites that have been given a board and have no test, because of a misspelling most likely.
+std::vector<std::string> boardsWithoutSuite();
+
 /// The registered tests that run under the flags given, in their order.
 std::vector<SelectedTest> selectedTests();
 

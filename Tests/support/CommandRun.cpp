@@ -3,15 +3,18 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
+#include <thread>
 #include <tuple>
 
 extern char** environ;
@@ -30,6 +33,7 @@ std::array<int, 2> makePipe() {
 
 std::vector<char*> pointers(std::vector<std::string>& words) {
     std::vector<char*> all;
+    all.reserve(words.size() + 1);
     for (std::string& word : words) {
         all.push_back(word.data());
     }
@@ -56,7 +60,7 @@ std::vector<std::string> environmentFor(const CommandSetting& setting) {
 
 /// What the program reads lies in a file without a name, so that nobody has to write while it runs.
 int inputFile(const std::string& input) {
-    const int fd = open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    const int fd = memfd_create("input", MFD_CLOEXEC);
     if (fd < 0 || write(fd, input.data(), input.size()) != static_cast<ssize_t>(input.size()) ||
         lseek(fd, 0, SEEK_SET) != 0) {
         throw std::runtime_error(std::string("input file: ") + std::strerror(errno));
@@ -151,7 +155,13 @@ CommandResult RunningCommand::finish() {
     while ((m_out >= 0 || m_err >= 0) && readSome()) {
     }
     int status = 0;
-    waitpid(m_pid, &status, 0);
+    while (waitpid(m_pid, &status, WNOHANG) == 0) { // a program may close its streams and go on
+        if (std::chrono::steady_clock::now() >= m_deadline) {
+            throw std::runtime_error("time limit after the end of both streams; stdout: " + m_result.out +
+                                     " stderr: " + m_result.err);
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     m_waited = true;
     m_result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return m_result;

@@ -42,7 +42,8 @@ public:
     void waitForErr(const std::string& text) { waitFor(m_result.err, text); }
     void signal(int number) const;
     pid_t pid() const { return m_pid; }
-    /// Blocks until the program has ended, and everything that holds its streams.
+    /// Blocks until the program has ended, and everything that holds its streams. Throws std::runtime_error when the
+    /// limit is reached.
     CommandResult finish();
 
 private:

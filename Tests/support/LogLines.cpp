@@ -4,11 +4,21 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 namespace mox::testing {
 namespace {
+
 LogLines* current = nullptr;
+
+std::string formatted(const char* format, va_list args) __attribute__((format(printf, 1, 0)));
+std::string formatted(const char* format, va_list args) {
+    std::array<char, 8192> text{};
+    std::vsnprintf(text.data(), text.size(), format, args);
+    return text.data();
 }
+
+} // namespace
 
 LogLines::LogLines() {
     current = this;
@@ -37,10 +47,9 @@ std::vector<std::string> LogLines::formats() const {
 }
 
 int LogLines::take(int level, unsigned int featureId, const char* format, va_list args) {
-    std::array<char, 8192> text{};
-    std::vsnprintf(text.data(), text.size(), format, args);
+    std::string text = formatted(format, args);
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_lines.push_back({level, featureId, text.data()});
+    m_lines.push_back({level, featureId, std::move(text)});
     m_formats.emplace_back(format);
     return m_result;
 }
@@ -49,7 +58,7 @@ int LogLines::take(int level, unsigned int featureId, const char* format, va_lis
 
 int AaSysLogVPrintE(EAaSysLogSeverityLevel level, unsigned int featureId, const char* format, va_list args) {
     if (mox::testing::current == nullptr) {
-        ADD_FAILURE() << "a line that nobody expected: " << format;
+        ADD_FAILURE() << "a line that nobody expected: " << mox::testing::formatted(format, args);
         return 0;
     }
     return mox::testing::current->take(level, featureId, format, args);

@@ -35,10 +35,21 @@ bool same(const Entry& entry, Kind kind, const Handle& handle) {
     return entry.kind == kind && !(entry.handle < handle) && !(handle < entry.handle);
 }
 
-bool isOpen(const Entry& entry, Mark since) {
-    return entry.opener.number > since.number &&
-           (entry.expiresNs == UINT64_MAX || host::monotonicNs() < entry.expiresNs);
+bool hasExpired(const Entry& entry) {
+    return entry.expiresNs != UINT64_MAX && host::monotonicNs() >= entry.expiresNs;
 }
+
+bool isOpen(const Entry& entry, Mark since) {
+    return entry.opener.number > since.number && !hasExpired(entry);
+}
+
+/// What a manual clock has let expire stays so when the real clock, which shows an earlier time, goes on.
+void strikeExpired() {
+    const std::lock_guard<std::mutex> guard(bookMutex());
+    books().open.remove_if(hasExpired);
+}
+
+const int s_follower = host::ManualClock::addFollower({[] { return host::noDeadline; }, strikeExpired});
 
 std::string handleText(const Entry& entry) {
     std::ostringstream out;

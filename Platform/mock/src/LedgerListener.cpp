@@ -8,13 +8,13 @@ namespace mox::mock {
 namespace {
 
 /// How long an execution unit that was told to end may take to do so.
-constexpr unsigned executionUnitEndMs = 2000;
+constexpr unsigned executionUnitEndMs = 10'000;
 
-class LedgerListener : public testing::EmptyTestEventListener {
+class LedgerListener : public ::testing::EmptyTestEventListener {
 public:
-    void OnTestStart(const testing::TestInfo&) override { m_start = ledger().mark(); }
+    void OnTestStart(const ::testing::TestInfo&) override { m_start = ledger().mark(); }
 
-    void OnTestEnd(const testing::TestInfo&) override {
+    void OnTestEnd(const ::testing::TestInfo&) override {
         clearFaults();
         ledger().settle();
         ledger().awaitExecutionUnits(m_start, executionUnitEndMs);
@@ -28,7 +28,7 @@ private:
 };
 
 const bool s_listens = [] {
-    testing::UnitTest::GetInstance()->listeners().Append(new LedgerListener);
+    ::testing::UnitTest::GetInstance()->listeners().Append(new LedgerListener);
     return true;
 }();
 

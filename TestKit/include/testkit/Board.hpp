@@ -10,6 +10,7 @@
 /// A suite without a row runs on a board with one node, 0x1011, that has nothing in particular.
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace mox::testkit {
 
@@ -41,12 +42,16 @@ private:
     std::uint16_t m_node = 0;
 };
 
-/// Gives a test suite its board. Objects of namespace scope; the last one for a suite counts.
+/// Gives a test suite its board. Objects of namespace scope; the last one for a suite counts. The executable refuses to
+/// run while one names a suite that it does not have.
 class BoardOf {
 public:
+    /// @param suite  as GoogleTest prints it; with parameters that is "Prefix/Suite"
     BoardOf(const char* suite, Board board);
     /// The board of a suite. @return plain() when it has none
     static Board find(const std::string& suite);
+    /// The suites that have been given a board.
+    static std::vector<std::string> suites();
 };
 
 } // namespace mox::testkit

@@ -12,7 +12,8 @@
 ///
 /// The kit's main() does this: it starts each test as a process of its own in a sandbox, waits for it, and removes the
 /// run, also when the test crashed. So a failure of one test leaves no other test without a board, and any number of
-/// executables run side by side. Everything of one test executable happens so, whatever its fixture is.
+/// executables run side by side. Everything of one test executable happens so, whatever its fixture is. Each test
+/// writes a report of its own: give --gtest_output a directory ("xml:reports/").
 ///
 /// A warning or error that nobody expected fails the test; see CapturedLog.
 #include <testkit/CapturedLog.hpp>
@@ -24,7 +25,7 @@
 
 namespace mox::testkit {
 
-class BoardTest : public testing::Test {
+class BoardTest : public ::testing::Test {
 protected:
     BoardTest();
     ~BoardTest() override;

@@ -31,7 +31,7 @@ std::ostream& operator<<(std::ostream& out, const LogLine& line);
 
 class LogMatcher {
 public:
-    LogMatcher(int level, unsigned int feature, testing::Matcher<std::string> text)
+    LogMatcher(int level, unsigned int feature, ::testing::Matcher<std::string> text)
         : m_level(level), m_feature(feature), m_text(std::move(text)) {}
     bool matches(const LogLine& line) const;
     /// "error, feature 0x20003, text is equal to ..."
@@ -40,22 +40,22 @@ public:
 private:
     int m_level;
     unsigned int m_feature;
-    testing::Matcher<std::string> m_text;
+    ::testing::Matcher<std::string> m_text;
 };
 
-inline LogMatcher line(int level, unsigned int feature, const testing::Matcher<std::string>& text) {
+inline LogMatcher line(int level, unsigned int feature, const ::testing::Matcher<std::string>& text) {
     return {level, feature, text};
 }
-inline LogMatcher error(unsigned int feature, const testing::Matcher<std::string>& text) {
+inline LogMatcher error(unsigned int feature, const ::testing::Matcher<std::string>& text) {
     return {errorLevel, feature, text};
 }
-inline LogMatcher warning(unsigned int feature, const testing::Matcher<std::string>& text) {
+inline LogMatcher warning(unsigned int feature, const ::testing::Matcher<std::string>& text) {
     return {warningLevel, feature, text};
 }
-inline LogMatcher info(unsigned int feature, const testing::Matcher<std::string>& text) {
+inline LogMatcher info(unsigned int feature, const ::testing::Matcher<std::string>& text) {
     return {infoLevel, feature, text};
 }
-inline LogMatcher debug(unsigned int feature, const testing::Matcher<std::string>& text) {
+inline LogMatcher debug(unsigned int feature, const ::testing::Matcher<std::string>& text) {
     return {debugLevel, feature, text};
 }
 

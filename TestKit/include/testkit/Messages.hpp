@@ -3,9 +3,9 @@
 ///
 ///     Messages script;                                             // registers a dynamic endpoint
 ///     script.send(service.address(), 0x0601, payload(Ask{7}));
-///     const Message answer = script.await(0x0602, 2000);
+///     const Message answer = script.await(0x0602);
 ///     EXPECT_EQ(answer.as<Answer>().value, 49U);
-///     script.expectNone(100);                                      // nothing further
+///     script.expectNone(100);                                      // nothing further within 100 ms
 ///
 /// A message that does not come fails the test with what came instead. Messages that come before they are awaited are
 /// kept; a thread may have several endpoints. Starts the platform if no service has; used by the thread that built it.
@@ -15,7 +15,9 @@
 #include <cstdint>
 #include <cstring>
 #include <deque>
+#include <ostream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace mox::testkit {
@@ -66,13 +68,13 @@ public:
 
     /// The endpoint's address.
     std::uint32_t address() const { return m_address; }
-    /// Sends a message; fails the test when the platform refuses it.
+    /// Sends a message; fails the test when the platform refuses it. May block while the receiver's queue is full.
     void send(std::uint32_t receiver, std::uint16_t id, const Bytes& bytes = {}) const;
-    /// Sends a message and awaits one with another id.
+    /// Sends a message and awaits one with another id, as send() and await() do.
     Message request(std::uint32_t receiver, std::uint16_t id, const Bytes& bytes, std::uint16_t answerId,
-                    unsigned limitMs);
+                    unsigned limitMs = 10'000);
     /// Awaits the next message with an id. @return none, and the test has failed, when the limit has passed first
-    Message await(std::uint16_t id, unsigned limitMs);
+    Message await(std::uint16_t id, unsigned limitMs = 10'000);
     /// Fails the test when a message comes within the time, or lies unread.
     void expectNone(unsigned forMs);
 

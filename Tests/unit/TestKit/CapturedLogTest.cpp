@@ -75,7 +75,7 @@ TEST(CapturedLog, WantsALineForEachThatIsNamed) {
 TEST(CapturedLog, AwaitsALineOfAnotherThread) {
     CapturedLog sut;
     std::thread other([] { logInfo("late"); });
-    EXPECT_TRUE(sut.await(info(feature, "late"), 5000));
+    EXPECT_TRUE(sut.await(info(feature, "late")));
     other.join();
     EXPECT_FALSE(sut.await(info(feature, "never"), 1));
 }
@@ -86,6 +86,20 @@ TEST(CapturedLog, ForgetsWhenCleared) {
     sut.clear();
     EXPECT_THAT(sut.lines(), IsEmpty());
     EXPECT_THAT(sut.unexpected(), IsEmpty());
+}
+
+TEST(SecondCapturedLog, FailsTheTestAndLeavesTheLinesToTheFirst) {
+    CapturedLog sut;
+    EXPECT_NONFATAL_FAILURE(CapturedLog(), "one at a time");
+    logInfo("fan stopped");
+    EXPECT_TRUE(sut.has(info(feature, "fan stopped")));
+}
+
+TEST(NewestLines, AreThoseOfTheLogThatLives) {
+    EXPECT_EQ(CapturedLog::newest(), "");
+    const CapturedLog log;
+    logInfo("fan stopped");
+    EXPECT_EQ(CapturedLog::newest(), "\nthe log:\n  info 0x20003: fan stopped");
 }
 
 void endWithUnexpectedWarning() {

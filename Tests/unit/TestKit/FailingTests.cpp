@@ -1,14 +1,18 @@
 // Each test here does on purpose what a test must not do.
+#include <mox/Service.hpp>
 #include <pal/AaSem.h>
+#include <pal/AaSysCom.h>
 #include <pal/AaSysLog.h>
 #include <testkit/Board.hpp>
 #include <testkit/BoardTest.hpp>
 #include <testkit/ChildService.hpp>
+#include <testkit/InProcessService.hpp>
 #include <testkit/Messages.hpp>
 
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <iostream>
 
@@ -56,6 +60,26 @@ TEST_F(Failing, StartsAServiceThatDoesNotExist) {
 TEST_F(Failing, StartsAServiceThatEndsAtOnce) {
     const ChildService helped("Echo", 0x220034, {"--help"});
 }
+
+class HangingDelegate : public ps::hwapi::common::MsgDelegateBase {
+public:
+    HangingDelegate() : MsgDelegateBase(0x0601) {}
+    void HandleMessage(void*) override {
+        for (;;)
+            pause();
+    }
+};
+
+TEST_F(Failing, StartsAServiceThatDoesNotStop) {
+    ps::hwapi::common::Service service("Hanging", 0x0620, ps::hwapi::common::ERadHwapi{},
+                                       ps::hwapi::common::ERadHwapiState(0x220001));
+    service.AddMsgDelegate(std::make_unique<HangingDelegate>());
+    InProcessService running(service);
+    AaSysComMsgSend(AaSysComMsgCreate(0x0601, 0, running.address()));
+    running.stop(50);
+}
+
+const bool s_misspelt = std::getenv("MISSPELL_A_SUITE") != nullptr && (BoardOf("Fialing", Board::plain()), true);
 
 class OnAWrongBoard : public BoardTest {};
 const BoardOf s_wrong("OnAWrongBoard", Board::text("{\"name\": \"wrong\", \"nodes\": 7}"));

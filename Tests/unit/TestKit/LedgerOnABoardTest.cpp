@@ -17,7 +17,6 @@ namespace {
 using namespace mox::testkit;
 using namespace mox::mock;
 using namespace std::chrono_literals;
-using testing::SizeIs;
 
 class LedgerOnABoard : public BoardTest {
 protected:
@@ -44,6 +43,16 @@ TEST_F(LedgerOnABoard, HasAOneShotTimerOpenUntilItsTimeHasCome) {
     clock.advance(600ms);
     EXPECT_EQ(ledger().count(Kind::timer), 1U);
     clock.advance(400ms);
+    EXPECT_EQ(ledger().count(Kind::timer), 0U);
+}
+
+TEST_F(LedgerOnABoard, HasNoTimerOpenThatExpiredByAClockThatIsGone) {
+    uint32_t id = 0;
+    {
+        ManualClock clock;
+        ASSERT_EQ(AaSysTimercCreate(&id, 60'000, 0, ignoreTimer, nullptr, EAaSysTimePriority{}), 0);
+        clock.advance(60s);
+    }
     EXPECT_EQ(ledger().count(Kind::timer), 0U);
 }
 

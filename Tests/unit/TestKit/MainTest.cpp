@@ -1,12 +1,17 @@
+#include "support/CommandRun.hpp"
+
 #include <testkit/BoardTest.hpp>
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
 #include <array>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -14,22 +19,15 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-struct Outcome {
-    std::string output;
-    int status = -1;
-};
+using mox::testing::CommandResult;
 
 /// Runs tests that fail on purpose; their runs lie in this test's own /tmp.
-Outcome runFailing(const std::string& arguments) {
-    const std::string command = "unset MOX_TESTKIT_INSIDE; exec " MOX_FAILING_TESTS " " + arguments + " 2>&1";
-    Outcome outcome;
-    FILE* pipe = popen(command.c_str(), "r");
-    std::array<char, 4096> part{};
-    while (pipe != nullptr && fgets(part.data(), part.size(), pipe) != nullptr)
-        outcome.output += part.data();
-    const int status = pclose(pipe);
-    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
+CommandResult runFailing(const std::string& filter, const std::vector<std::string>& furtherArguments = {}) {
+    std::vector<std::string> words{MOX_FAILING_TESTS, "--gtest_filter=" + filter};
+    words.insert(words.end(), furtherArguments.begin(), furtherArguments.end());
+    mox::testing::CommandSetting setting;
+    setting.environment = {{"MOX_TESTKIT_INSIDE", std::nullopt}};
+    return mox::testing::runCommand(words, setting);
 }
 
 bool isARunLeft() {
@@ -40,17 +38,17 @@ bool isARunLeft() {
 }
 
 TEST(TestThatCrashes, IsReportedAndItsRunRemoved) {
-    const Outcome outcome = runFailing("--gtest_filter=Failing.Crashes");
+    const CommandResult outcome = runFailing("Failing.Crashes");
     EXPECT_EQ(outcome.status, 128 + SIGKILL);
-    EXPECT_THAT(outcome.output, HasSubstr("[  FAILED  ] Failing.Crashes: ended by signal 9"));
+    EXPECT_THAT(outcome.out, HasSubstr("[  FAILED  ] Failing.Crashes: ended by signal 9"));
     EXPECT_FALSE(isARunLeft());
 }
 
 TEST(TestThatCrashes, DoesNotKeepTheNextFromRunning) {
-    const Outcome outcome = runFailing("--gtest_filter=Failing.Crashes:NotFailing.*");
+    const CommandResult outcome = runFailing("Failing.Crashes:NotFailing.*");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.output, AllOf(HasSubstr("[       OK ] NotFailing.Passes"), HasSubstr("[  PASSED  ] 1 tests."),
-                                      HasSubstr("[  FAILED  ] Failing.Crashes\n")));
+    EXPECT_THAT(outcome.out, AllOf(HasSubstr("[       OK ] NotFailing.Passes"), HasSubstr("[  PASSED  ] 1 tests."),
+                                   HasSubstr("[  FAILED  ] Failing.Crashes\n")));
 }
 
 /// The main() of tests that is interrupted while its test hangs.
@@ -69,13 +67,15 @@ protected:
         }
         close(ends[1]);
         m_output = fdopen(ends[0], "r");
+        const std::string announced = "hanging as process ";
         std::array<char, 1024> line{};
         while (m_test == 0 && fgets(line.data(), line.size(), m_output) != nullptr)
-            std::sscanf(line.data(), "hanging as process %d", &m_test);
+            if (std::string(line.data()).rfind(announced, 0) == 0)
+                m_test = std::strtol(line.data() + announced.size(), nullptr, 10);
     }
     ~Interrupted() override { fclose(m_output); }
 
-    int endBy(int signal) {
+    int endBy(int signal) const {
         kill(m_main, signal);
         int status = 0;
         waitpid(m_main, &status, 0);
@@ -89,7 +89,7 @@ protected:
     }
 
     pid_t m_main = 0;
-    int m_test = 0;
+    long m_test = 0;
     FILE* m_output = nullptr;
 };
 
@@ -108,67 +108,83 @@ TEST_F(Interrupted, TakesItsTestAlongWhenItIsKilled) {
 }
 
 TEST(TestThatPasses, GivesStatusZeroAndLeavesNoRun) {
-    const Outcome outcome = runFailing("--gtest_filter=NotFailing.*");
-    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    const CommandResult outcome = runFailing("NotFailing.*");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_FALSE(isARunLeft());
 }
 
 TEST(ListOfTests, NeedsNoRun) {
-    const Outcome outcome = runFailing("--gtest_list_tests");
+    const CommandResult outcome = runFailing("*", {"--gtest_list_tests"});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.output, HasSubstr("Failing.\n  Crashes\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("Failing.\n  Crashes\n"));
 }
 
 TEST(LineThatNobodyExpected, FailsTheTestThatLoggedIt) {
-    const Outcome outcome = runFailing("--gtest_filter=Failing.LogsAWarning*");
+    const CommandResult outcome = runFailing("Failing.LogsAWarning*");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.output,
-                HasSubstr("a line that nobody expected was logged: warning 0x20003: nobody expects this"));
+    EXPECT_THAT(outcome.out, HasSubstr("a line that nobody expected was logged: warning 0x20003: nobody expects this"));
 }
 
 TEST(MessageThatDoesNotCome, FailsTheTestWithWhatCame) {
-    const Outcome outcome = runFailing("--gtest_filter=Failing.Awaits*");
+    const CommandResult outcome = runFailing("Failing.Awaits*");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.output, AllOf(HasSubstr("no message 0x0602 within 50 ms; came:"),
-                                      HasSubstr("message 0x0601 from 0x1011"), HasSubstr("3 bytes: 01 02 FF")));
+    EXPECT_THAT(outcome.out, AllOf(HasSubstr("no message 0x0602 within 50 ms; came:"),
+                                   HasSubstr("message 0x0601 from 0x1011"), HasSubstr("3 bytes: 01 02 FF")));
 }
 
 TEST(MessageToNobody, FailsTheTestWithTheReason) {
-    const Outcome outcome = runFailing("--gtest_filter=Failing.SendsToNobody");
+    const CommandResult outcome = runFailing("Failing.SendsToNobody");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.output,
+    EXPECT_THAT(outcome.out,
                 HasSubstr("message 0x0601 to 0x10110777 was not sent: result 4 (nobody has registered that address)"));
 }
 
 TEST(HandleLeftOpenOnABoard, FailsTheTest) {
-    const Outcome outcome = runFailing("--gtest_filter=Failing.LeavesASemaphoreOpen");
+    const CommandResult outcome = runFailing("Failing.LeavesASemaphoreOpen");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.output, HasSubstr("left open at the end of the test: semaphore 0x"));
+    EXPECT_THAT(outcome.out, HasSubstr("left open at the end of the test: semaphore 0x"));
 }
 
 TEST(ServiceThatDoesNotExist, FailsTheTestWithItsName) {
-    const Outcome outcome = runFailing("--gtest_filter=Failing.StartsAServiceThatDoesNotExist");
+    const CommandResult outcome = runFailing("Failing.StartsAServiceThatDoesNotExist");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.output, AllOf(HasSubstr("service NoSuchService could not be started"),
-                                      HasSubstr("MOXNoSuchServiceExe: no such program")));
+    EXPECT_THAT(outcome.out, AllOf(HasSubstr("service NoSuchService could not be started"),
+                                   HasSubstr("MOXNoSuchServiceExe: no such program")));
 }
 
 TEST(ServiceThatEndsAtOnce, FailsTheTestWithWhatItPrinted) {
-    const Outcome outcome = runFailing("--gtest_filter=Failing.StartsAServiceThatEndsAtOnce");
+    const CommandResult outcome = runFailing("Failing.StartsAServiceThatEndsAtOnce");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.output, AllOf(HasSubstr("service Echo has ended with status"), HasSubstr("Usage:")));
+    EXPECT_THAT(outcome.out, AllOf(HasSubstr("service Echo has ended with status"), HasSubstr("Usage:")));
+}
+
+TEST(ServiceThatDoesNotStop, EndsTheTestAndDoesNotHangIt) {
+    const CommandResult outcome = runFailing("Failing.StartsAServiceThatDoesNotStop");
+    EXPECT_EQ(outcome.status, 128 + SIGABRT);
+    EXPECT_THAT(outcome.out, AllOf(HasSubstr("service Hanging has not ended within 50 ms: state"),
+                                   HasSubstr("StartsAServiceThatDoesNotStop: ended by signal 6")));
+    EXPECT_THAT(outcome.err, HasSubstr("a service is destroyed that still runs"));
+    EXPECT_FALSE(isARunLeft());
+}
+
+TEST(BoardOfASuiteThatDoesNotExist, IsRefused) {
+    mox::testing::CommandSetting setting;
+    setting.environment = {{"MOX_TESTKIT_INSIDE", std::nullopt}, {"MISSPELL_A_SUITE", "1"}};
+    const CommandResult outcome = mox::testing::runCommand({MOX_FAILING_TESTS, "--gtest_filter=NotFailing.*"}, setting);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "BoardOf names the suite Fialing, which has no test here\n");
 }
 
 TEST(WrongBoardDescription, FailsTheTestWithTheReason) {
-    const Outcome outcome = runFailing("--gtest_filter=OnAWrongBoard.*");
+    const CommandResult outcome = runFailing("OnAWrongBoard.*");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.output, HasSubstr("[  FAILED  ] OnAWrongBoard.IsNotRun: board description of the test:1:"));
+    EXPECT_THAT(outcome.out, HasSubstr("[  FAILED  ] OnAWrongBoard.IsNotRun: board description of the test:1:"));
 }
 
 TEST(SelectedTests, AreOnlyThoseOfTheFilter) {
-    const Outcome outcome = runFailing("--gtest_filter=*:-Failing.*:OnAWrongBoard.*");
-    EXPECT_EQ(outcome.status, 0) << outcome.output;
-    EXPECT_THAT(outcome.output, Not(HasSubstr("Crashes")));
+    const CommandResult outcome = runFailing("*:-Failing.*:OnAWrongBoard.*");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, Not(HasSubstr("Crashes")));
 }
 
 } // namespace

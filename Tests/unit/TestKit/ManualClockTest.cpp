@@ -5,6 +5,8 @@
 #include <testkit/ManualClock.hpp>
 #include <testkit/Messages.hpp>
 
+#include <gtest/gtest-spi.h>
+
 namespace {
 
 using namespace mox::testkit;
@@ -29,7 +31,26 @@ TEST_F(ManualClockOnABoard, SendsTheMessagesOfDueTimers) {
     sut.advance(59'999ms);
     script.expectNone(0);
     sut.advance(1ms);
-    EXPECT_TRUE(script.await(0x0701, 5000));
+    EXPECT_TRUE(script.await(0x0701));
+}
+
+TEST_F(ManualClockOnABoard, IsNotMovedBack) {
+    ManualClock sut;
+    const uint64_t before = AaTicks64Get();
+    EXPECT_NONFATAL_FAILURE(sut.advance(-1s), "the clock cannot be moved back by 1000000000 ns");
+    EXPECT_EQ(AaTicks64Get(), before);
+}
+
+TEST_F(ManualClockOnABoard, FailsTheTestWhenNobodyComesToWait) {
+    ManualClock sut;
+    EXPECT_NONFATAL_FAILURE(EXPECT_FALSE(sut.awaitWaits(1, 1)), "within 1 ms there were not 1 waits");
+}
+
+TEST_F(ManualClockOnABoard, StandsOnWhenASecondOneEnds) {
+    ManualClock sut;
+    EXPECT_NONFATAL_FAILURE(ManualClock(), "one at a time");
+    const uint64_t before = AaTicks64Get();
+    EXPECT_EQ(AaTicks64Get(), before);
 }
 
 TEST_F(ManualClockOnABoard, TellsTheTimeOfDayThatWasSet) {

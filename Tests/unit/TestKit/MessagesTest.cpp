@@ -21,7 +21,7 @@ protected:
 
 TEST_F(MessagesOnABoard, BringBackWhatWasSent) {
     sut.send(sut.address(), 0x0601, payload(Record{7, {'a', 'b', 'c', 'd'}}));
-    const Message message = sut.await(0x0601, 2000);
+    const Message message = sut.await(0x0601);
     ASSERT_TRUE(message);
     EXPECT_EQ(message.sender, sut.address());
     EXPECT_EQ(message.receiver, sut.address());
@@ -32,12 +32,12 @@ TEST_F(MessagesOnABoard, BringBackWhatWasSent) {
 TEST_F(MessagesOnABoard, KeepWhatCameBeforeItIsAwaited) {
     sut.send(sut.address(), 0x0601);
     sut.send(sut.address(), 0x0602);
-    EXPECT_TRUE(sut.await(0x0602, 2000));
-    EXPECT_TRUE(sut.await(0x0601, 2000));
+    EXPECT_TRUE(sut.await(0x0602));
+    EXPECT_TRUE(sut.await(0x0601));
 }
 
 TEST_F(MessagesOnABoard, AnswerRequests) {
-    EXPECT_EQ(sut.request(sut.address(), 0x0603, {9}, 0x0603, 2000).bytes, (Bytes{9}));
+    EXPECT_EQ(sut.request(sut.address(), 0x0603, {9}, 0x0603).bytes, (Bytes{9}));
 }
 
 TEST_F(MessagesOnABoard, NoticeWhatShouldNotHaveCome) {
