@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <host/store/Store.hpp>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -79,6 +80,36 @@ TEST_F(AStore, RemembersAfterItWasClosed) {
 TEST_F(AStore, IsNotMadeUnlessAskedTo) {
     EXPECT_EQ(open(false), nullptr);
     EXPECT_THAT(why, HasSubstr(directory / "store"));
+}
+
+// Another user's run is not one without a store.
+TEST_F(AStore, SaysThatItIsClosed) {
+    ASSERT_NE(open(), nullptr);
+    ASSERT_EQ(::chmod(directory.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod((directory / "store").c_str(), 0), 0);
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        constexpr uid_t nobody = 65534; // nothing is closed to the superuser
+        const bool isPossible = ::getuid() != 0 || ::setuid(nobody) == 0;
+        const bool isOpen = isPossible && open(false) != nullptr;
+        const std::string said = isOpen ? "open" : why;
+        std::ignore = ::write(ends[1], said.data(), said.size());
+        ::_exit(isPossible ? 0 : 1);
+    }
+    ::close(ends[1]);
+    std::string said(200, '\0');
+    const ssize_t length = ::read(ends[0], said.data(), said.size());
+    ::close(ends[0]);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (status != 0) {
+        GTEST_SKIP() << "there is no other user in this namespace";
+    }
+    ASSERT_GT(length, 0);
+    EXPECT_EQ(said.substr(0, static_cast<std::size_t>(length)), "store " + directory / "store" + ": Permission denied");
 }
 
 TEST_F(AStore, SaysWhyAFileIsNoStore) {
