@@ -54,6 +54,17 @@ TEST(TextCache, KeepsNothingOfAFailure) {
     EXPECT_STREQ(text, "CD");
 }
 
+TEST(TextCache, EndsATextThatFillsItsRoom) {
+    struct {
+        TextCache<8> sut;
+        char behind[8] = "-------";
+    } memory;
+    char text[32] = {};
+    const auto fill = [](char* room) { return std::memset(room, 'X', 8) != nullptr; };
+    EXPECT_EQ(memory.sut.copyTo(text, 32, fill), 1U);
+    EXPECT_STREQ(text, "XXXXXXXX");
+}
+
 /// All that is remembered, as a caller gets it.
 std::vector<std::string> everything() {
     using Read = std::uint32_t (*)(char*, std::uint32_t);

@@ -88,6 +88,7 @@ TEST_P(OwnNode, WhoseRapidIoIdCannotBeReadIsAskedForAgain) {
     platform.failWith("ddal_rio_get_own_id", 1);
     EXPECT_EQ(GetParam().read(), 0);
     EXPECT_EQ(platform.takeLog().size(), 1U);
+    EXPECT_THAT(platform.takeCalls(), ElementsAre("AaSysComGetOwnNid()", "ddal_rio_get_own_id()"));
     platform.failWith("ddal_rio_get_own_id", 0);
     EXPECT_EQ(GetParam().read(), 0x12);
 }
