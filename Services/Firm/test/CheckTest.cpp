@@ -43,14 +43,14 @@ TEST_F(AFirmwareCheck, FindsNoImage) {
 }
 
 TEST_F(AFirmwareCheck, NamesANewerImage) {
-    const std::string path = put({}, "KOR-TIRVO2-QE-11.bin");
+    const std::string path = put(image(), "KOR-TIRVO2-QE-11.bin");
     const Answer answer = check(Component::fpga);
     EXPECT_THAT(answer, answers(State::needed, 1, path));
     EXPECT_EQ(answer.forced, 0U);
 }
 
 TEST_F(AFirmwareCheck, ChangesNothing) {
-    put({}, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     const auto before = areas();
     check(Component::fpga);
     EXPECT_EQ(areas(), before);
@@ -58,95 +58,79 @@ TEST_F(AFirmwareCheck, ChangesNothing) {
 }
 
 TEST_F(AFirmwareCheck, NeedsNoFpgaImageOfTheActiveVersion) {
-    Image image;
-    image.version = "10";
-    const std::string path = put(image, "KOR-TIRVO2-QE.bin");
+    const std::string path = put(image("10"), "KOR-TIRVO2-QE.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::notNeeded, 0, path));
 }
 
 TEST_F(AFirmwareCheck, FollowsAnOlderFpgaImage) {
-    Image image;
-    image.version = "9";
-    const std::string path = put(image, "KOR-TIRVO2-QE.bin");
+    const std::string path = put(image("9"), "KOR-TIRVO2-QE.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::needed, 1, path));
 }
 
 TEST_F(AFirmwareCheck, TakesANewerBmuImageOnly) {
-    Image image;
     for (const auto& [version, state] :
          {std::pair("6", State::notNeeded), {"7", State::notNeeded}, {"8", State::needed}}) {
-        image.version = version;
-        const std::string path = put(image, "KOR-BMU.bin");
+        const std::string path = put(image(version), "KOR-BMU.bin");
         EXPECT_THAT(check(Component::bmu), answers(state, state == State::needed ? 1 : 0, path)) << version;
     }
 }
 
 TEST_F(AFirmwareCheck, LeavesABootLoaderThatWasNotStartedFromRam) {
-    put({}, "KOR-RN-QE.bin");
+    put(image(), "KOR-RN-QE.bin");
     EXPECT_THAT(check(Component::uboot), answers(State::notNeeded, 0));
 }
 
 TEST_F(AFirmwareCheck, SeesAForcedBootLoaderAsNeeded) {
-    Image image;
-    image.version = "20160115";
-    const std::string path = put(image, "KOR-RN-QE.bin");
+    const std::string path = put(image("20160115"), "KOR-RN-QE.bin");
     const Answer answer = check(Component::uboot, flag::force);
     EXPECT_THAT(answer, answers(State::needed, 1, path));
     EXPECT_EQ(answer.forced, 1U);
 }
 
 TEST_F(AFirmwareCheck, DoesNotForceAnOlderBootLoader) {
-    Image image;
-    image.version = "20160114";
-    const std::string path = put(image, "KOR-RN-QE.bin");
+    const std::string path = put(image("20160114"), "KOR-RN-QE.bin");
     const Answer answer = check(Component::uboot, flag::force);
     EXPECT_THAT(answer, answers(State::notNeeded, 0, path));
     EXPECT_EQ(answer.forced, 0U);
 }
 
 TEST_F(AFirmwareCheck, SeesAForcedFpgaAsNeededWithoutCallingForcedWhatIsNeededAnyway) {
-    Image image;
-    image.version = "10";
-    put(image, "KOR-TIRVO2-QE.bin");
+    put(image("10"), "KOR-TIRVO2-QE.bin");
     EXPECT_EQ(check(Component::fpga, flag::force).forced, 1U);
-    image.version = "11";
-    put(image, "KOR-TIRVO2-QE.bin");
+    put(image("11"), "KOR-TIRVO2-QE.bin");
     EXPECT_EQ(check(Component::fpga, flag::force).forced, 0U);
 }
 
 TEST_F(AFirmwareCheck, PassesOverTheImageOfAnotherBoard) {
-    Image image;
-    image.hwSwIds = {"0x00B00000", "00600000"};
-    put(image, "KOR-TIRVO2-QE-wrong.bin");
+    put(image().listing({0x00B00000, 0x00600000}), "KOR-TIRVO2-QE-wrong.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::checkFailed, -7));
-    const std::string path = put({}, "KOR-TIRVO2-QE-right.bin");
+    const std::string path = put(image(), "KOR-TIRVO2-QE-right.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::needed, 1, path));
 }
 
 TEST_F(AFirmwareCheck, TakesAnIdentifierWithAMinorDifferenceForTheFpgaButNotForTheBmu) {
-    Image image;
-    image.hwSwIds = {"0x0050000F"};
-    const std::string path = put(image, "KOR-TIRVO2-QE.bin");
-    put(image, "KOR-BMU.bin");
+    const auto almost = image().listing({0x0050000F});
+    const std::string path = put(almost, "KOR-TIRVO2-QE.bin");
+    put(almost, "KOR-BMU.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::needed, 1, path));
     EXPECT_THAT(check(Component::bmu), answers(State::checkFailed, -7));
 }
 
 TEST_F(AFirmwareCheck, DoesNotChooseBetweenTwoImages) {
-    put({}, "KOR-TIRVO2-QE-11.bin");
-    put({}, "KOR-TIRVO2-QE-12.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-12.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::checkFailed, -8));
 }
 
 TEST_F(AFirmwareCheck, LooksIntoNoneOfElevenImages) {
     for (int i = 0; i < 11; ++i) {
-        put({}, "KOR-TIRVO2-QE-" + std::to_string(i) + ".bin");
+        put(image(), "KOR-TIRVO2-QE-" + std::to_string(i) + ".bin");
     }
     EXPECT_THAT(check(Component::fpga), answers(State::checkFailed, -5));
 }
 
 TEST_F(AFirmwareCheck, TakesAnImageWithoutBoardTypeWhereThereIsNoOther) {
-    const std::string path = put({}, "TIRVO2-QE.bin");
+    const std::string path = put(image(), "TIRVO2-QE.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::needed, 1, path));
 }
 
@@ -159,33 +143,31 @@ TEST_F(AFirmwareCheck, SurvivesImagesThatAreNone) {
 }
 
 TEST_F(AFirmwareCheckWithoutFpga, HasNothingToUpdate) {
-    put({}, "ZUP-TIRVO2-QE.bin");
+    put(image(), "ZUP-TIRVO2-QE.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::checkFailed, -10));
 }
 
 TEST_F(AFirmwareCheckWithoutDevices, CannotReadTheActiveVersions) {
-    put({}, "KOR-TIRVO2-QE.bin");
-    put({}, "KOR-BMU.bin");
+    put(image(), "KOR-TIRVO2-QE.bin");
+    put(image(), "KOR-BMU.bin");
     EXPECT_EQ(check(Component::fpga).result, -9);
     EXPECT_EQ(check(Component::bmu).result, -9);
     EXPECT_THAT(check(Component::uboot), answers(State::checkFailed, -10));
 }
 
 TEST_F(AFirmwareCheckOfABoardStartedFromRam, NeedsABootLoaderThatIsNotOlder) {
-    Image image;
     for (const auto& [version, state] :
          {std::pair("20160114", State::notNeeded), {"20160115", State::needed}, {"20160116", State::needed}}) {
-        image.version = version;
-        const std::string path = put(image, "KOR-RN-QE.bin");
+        const std::string path = put(image(version), "KOR-RN-QE.bin");
         EXPECT_THAT(check(Component::uboot), answers(state, state == State::needed ? 1 : 0, path)) << version;
     }
 }
 
 TEST_F(AFirmwareCheckElsewhere, LooksIntoTheDirectoryOfTheOption) {
     ChildService firm("Firm", stateParameter, {"--directory=/ram"});
-    put({}, "KOR-TIRVO2-QE-here-it-is-not.bin");
+    put(image(), "KOR-TIRVO2-QE-here-it-is-not.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::checkFailed, -7));
-    Image().write("/ram/KOR-TIRVO2-QE.bin");
+    image().writeTo("/ram/KOR-TIRVO2-QE.bin");
     EXPECT_THAT(check(Component::fpga), answers(State::needed, 1, "/ram/KOR-TIRVO2-QE.bin"));
 }
 

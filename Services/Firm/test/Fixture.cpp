@@ -32,9 +32,13 @@ std::uint32_t FirmTest::serviceOn(std::uint16_t node) {
     return AaSysComSicadGet(cpid, node);
 }
 
-std::string FirmTest::put(const Image& image, const std::string& name) {
+firmwaretest::FirmwareImage FirmTest::image(const std::string& version) {
+    return firmwaretest::FirmwareImage().payload(flashed).version(version).listing({0x00500000});
+}
+
+std::string FirmTest::put(const firmwaretest::FirmwareImage& image, const std::string& name) {
     std::string path = std::string(imageDirectory) + "/" + name;
-    image.write(path);
+    image.writeTo(path);
     return path;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "FirmMessages.hpp"
-#include "Image.hpp"
+#include "support/FirmwareImage.hpp"
 
 #include <testkit/BoardTest.hpp>
 #include <testkit/ChildService.hpp>
@@ -20,6 +20,8 @@ constexpr unsigned stateParameter = 0x220032;
 constexpr unsigned limitMs = 10'000;
 constexpr const char* imageDirectory = "/ffs/run/boot";
 constexpr const char* markerDirectory = "/ffs/run/logs";
+/// What images hold unless a test says otherwise; its length does not divide by four.
+constexpr const char* flashed = "what is flashed";
 
 /// What comes back for an update.
 struct UpdateRun {
@@ -56,8 +58,10 @@ protected:
     static std::uint32_t service() { return serviceOn(node()); }
     static std::uint32_t serviceOn(std::uint16_t node);
 
+    /// An image for the first board of "firm-pair"; without version newer than what its FPGA and BMU run.
+    static firmwaretest::FirmwareImage image(const std::string& version = "11");
     /// Writes an image into the service's directory. @return its path
-    static std::string put(const Image& image, const std::string& name);
+    static std::string put(const firmwaretest::FirmwareImage& image, const std::string& name);
 
     static Answer check(Component component, std::uint32_t flags = 0);
     static UpdateRun update(Component component, std::uint32_t flags = 0);

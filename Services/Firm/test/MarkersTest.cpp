@@ -16,11 +16,6 @@ namespace {
 class AFirmwareMarker : public FirmTest {
 protected:
     static std::string marker(const std::string& name) { return std::string(markerDirectory) + "/" + name; }
-    static Image ofVersion(const std::string& version) {
-        Image image;
-        image.version = version;
-        return image;
-    }
 
     ChildService firm{"Firm", stateParameter};
     const std::string forceFpga = marker("force-firmware-update-kor-fpga");
@@ -30,7 +25,7 @@ const BoardOf s_pair("AFirmwareMarker", Board::named("firm-pair"));
 } // namespace
 
 TEST_F(AFirmwareMarker, SwitchesUpdatesOffForEveryBoard) {
-    put({}, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     writeFile(marker("disable-firmware-update"), "");
     const auto before = areas();
     const UpdateRun run = update(Component::fpga);
@@ -41,7 +36,7 @@ TEST_F(AFirmwareMarker, SwitchesUpdatesOffForEveryBoard) {
 }
 
 TEST_F(AFirmwareMarker, SwitchesUpdatesOffForItsTypeOfBoardOnly) {
-    put({}, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     writeFile(marker("disable-firmware-update-vel"), "");
     EXPECT_EQ(check(Component::fpga).state, State::needed);
     writeFile(marker("disable-firmware-update-kor"), "");
@@ -49,7 +44,7 @@ TEST_F(AFirmwareMarker, SwitchesUpdatesOffForItsTypeOfBoardOnly) {
 }
 
 TEST_F(AFirmwareMarker, LetsUpdatesHappenAgainWhenItIsGone) {
-    put({}, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     writeFile(marker("disable-firmware-update"), "");
     EXPECT_EQ(update(Component::fpga).answer.state, State::disabled);
     std::filesystem::remove(marker("disable-firmware-update"));
@@ -57,8 +52,7 @@ TEST_F(AFirmwareMarker, LetsUpdatesHappenAgainWhenItIsGone) {
 }
 
 TEST_F(AFirmwareMarker, ForcesAsManyUpdatesAsItSays) {
-    const Image same = ofVersion("10");
-    const std::string path = put(same, "KOR-TIRVO2-QE-10.bin");
+    const std::string path = put(image("10"), "KOR-TIRVO2-QE-10.bin");
     writeFile(forceFpga, "2");
     for (const char* left : {"1", "0"}) {
         const UpdateRun run = update(Component::fpga);
@@ -69,29 +63,27 @@ TEST_F(AFirmwareMarker, ForcesAsManyUpdatesAsItSays) {
     }
     EXPECT_THAT(update(Component::fpga).answer, answers(State::notNeeded, 0, path));
     EXPECT_THAT(contentOf(forceFpga), Optional(std::string("0")));
-    EXPECT_THAT(area("fpga-10001-2"), Optional(same.payload));
+    EXPECT_THAT(area("fpga-10001-2"), Optional(std::string(flashed)));
     EXPECT_TRUE(
         firm.awaitOutput(HasSubstr(": updated, result 0, forced, file '/ffs/run/boot/KOR-TIRVO2-QE-10.bin'"), limitMs));
 }
 
 TEST_F(AFirmwareMarker, ForcesAnOlderBmuImage) {
-    const Image older = ofVersion("6");
-    put(older, "KOR-BMU-6.bin");
+    put(image("6"), "KOR-BMU-6.bin");
     writeFile(marker("force-firmware-update-kor-bmu"), "1");
     EXPECT_EQ(update(Component::bmu).answer.state, State::updated);
-    EXPECT_THAT(area("fpga-1-1"), Optional(older.payload));
+    EXPECT_THAT(area("fpga-1-1"), Optional(std::string(flashed)));
 }
 
 TEST_F(AFirmwareMarker, ForcesABootLoaderThatWasNotStartedFromRam) {
-    const Image newer = ofVersion("20160116");
-    const std::string path = put(newer, "KOR-RN-QE.bin");
+    const std::string path = put(image("20160116"), "KOR-RN-QE.bin");
     writeFile(marker("force-firmware-update-kor-uboot"), "1");
     EXPECT_THAT(update(Component::uboot).answer, answers(State::updated, 0, path));
-    EXPECT_THAT(area("uboot-primary"), Optional(newer.payload));
+    EXPECT_THAT(area("uboot-primary"), Optional(std::string(flashed)));
 }
 
 TEST_F(AFirmwareMarker, ForcesNoOlderBootLoader) {
-    put(ofVersion("20160114"), "KOR-RN-QE.bin");
+    put(image("20160114"), "KOR-RN-QE.bin");
     writeFile(marker("force-firmware-update-kor-uboot"), "1");
     const auto before = areas();
     EXPECT_EQ(update(Component::uboot).answer.state, State::notNeeded);
@@ -99,15 +91,21 @@ TEST_F(AFirmwareMarker, ForcesNoOlderBootLoader) {
     EXPECT_THAT(contentOf(marker("force-firmware-update-kor-uboot")), Optional(std::string("0")));
 }
 
+TEST_F(AFirmwareMarker, IsUsedUpByABootLoaderWithoutImage) {
+    writeFile(marker("force-firmware-update-kor-uboot"), "2");
+    EXPECT_THAT(update(Component::uboot).answer, answers(State::checkFailed, -7));
+    EXPECT_THAT(contentOf(marker("force-firmware-update-kor-uboot")), Optional(std::string("1")));
+}
+
 TEST_F(AFirmwareMarker, IsNotUsedUpByACheck) {
-    put(ofVersion("10"), "KOR-TIRVO2-QE-10.bin");
+    put(image("10"), "KOR-TIRVO2-QE-10.bin");
     writeFile(forceFpga, "1");
     EXPECT_EQ(check(Component::fpga).state, State::notNeeded);
     EXPECT_THAT(contentOf(forceFpga), Optional(std::string("1")));
 }
 
 TEST_F(AFirmwareMarker, IsNotUsedUpByAnUpdateThatHappensAnyway) {
-    put({}, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     writeFile(forceFpga, "1");
     const Answer answer = update(Component::fpga).answer;
     EXPECT_EQ(answer.state, State::updated);
@@ -122,14 +120,14 @@ TEST_F(AFirmwareMarker, IsNotUsedUpWithoutAnImage) {
 }
 
 TEST_F(AFirmwareMarker, IsNotUsedUpByARequestThatForces) {
-    put(ofVersion("10"), "KOR-TIRVO2-QE-10.bin");
+    put(image("10"), "KOR-TIRVO2-QE-10.bin");
     writeFile(forceFpga, "1");
     EXPECT_EQ(update(Component::fpga, flag::force).answer.state, State::updated);
     EXPECT_THAT(contentOf(forceFpga), Optional(std::string("1")));
 }
 
 TEST_F(AFirmwareMarker, DoesNotForceWhatIsSwitchedOff) {
-    put(ofVersion("10"), "KOR-TIRVO2-QE-10.bin");
+    put(image("10"), "KOR-TIRVO2-QE-10.bin");
     writeFile(forceFpga, "1");
     writeFile(marker("disable-firmware-update-kor"), "");
     EXPECT_EQ(update(Component::fpga, flag::force).answer.state, State::disabled);
@@ -137,7 +135,7 @@ TEST_F(AFirmwareMarker, DoesNotForceWhatIsSwitchedOff) {
 }
 
 TEST_F(AFirmwareMarker, ForcesNothingWithATextThatIsNoNumber) {
-    put(ofVersion("10"), "KOR-TIRVO2-QE-10.bin");
+    put(image("10"), "KOR-TIRVO2-QE-10.bin");
     writeFile(forceFpga, "always");
     EXPECT_EQ(update(Component::fpga).answer.state, State::notNeeded);
     EXPECT_THAT(contentOf(forceFpga), Optional(std::string("always")));

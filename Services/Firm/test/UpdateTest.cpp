@@ -26,7 +26,6 @@ constexpr const char* powerGoesAtTheFifth = "cut:5";
 class AnUpdate : public FirmTest {
 protected:
     ChildService firm{"Firm", stateParameter};
-    const Image image{};
     const std::map<std::string, std::string> before = areas();
 };
 const BoardOf s_pair("AnUpdate", Board::named("firm-pair"));
@@ -45,29 +44,28 @@ protected:
     static ChildService firmWith(const char* plan) {
         return ChildService(ChildRequest{"Firm", stateParameter, {}, 0, limitMs, {{flashPlan, plan}}});
     }
-    const Image image{};
 };
 const BoardOf s_broken("AnUpdateOnBrokenFlash", Board::named("firm-pair"));
 
 } // namespace
 
 TEST_F(AnUpdate, WritesBothSlotsOfTheFpgaAndTellsEachStep) {
-    const std::string path = put(image, "KOR-TIRVO2-QE-11.bin");
+    const std::string path = put(image(), "KOR-TIRVO2-QE-11.bin");
     const UpdateRun run = update(Component::fpga);
     EXPECT_THAT(run.steps, ElementsAre(Step::asked, Step::checking, Step::flashing, Step::done));
     EXPECT_THAT(run.answer, answers(State::updated, 0, path));
-    EXPECT_THAT(area("fpga-10001-1"), Optional(image.payload));
-    EXPECT_THAT(area("fpga-10001-2"), Optional(image.payload));
+    EXPECT_THAT(area("fpga-10001-1"), Optional(std::string(flashed)));
+    EXPECT_THAT(area("fpga-10001-2"), Optional(std::string(flashed)));
 }
 
 TEST_F(AnUpdate, LeavesNoTemporaryFile) {
-    put(image, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     update(Component::fpga);
     EXPECT_FALSE(std::filesystem::exists("/tmp/fpgafile"));
 }
 
 TEST_F(AnUpdate, LogsWhatItDoes) {
-    put(image, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     update(Component::fpga);
     for (const char* text :
          {"fpga update 3237998081 of 0x", ": asked", ": checking", "is_fpga_update_needed(): yes", ": flashing",
@@ -78,26 +76,23 @@ TEST_F(AnUpdate, LogsWhatItDoes) {
 }
 
 TEST_F(AnUpdate, WritesLargeImages) {
-    Image large;
-    large.payload.assign(3'000'001, 'x');
-    put(large, "KOR-TIRVO2-QE-11.bin");
+    const std::string large(3'000'001, 'x');
+    put(image().payload(large), "KOR-TIRVO2-QE-11.bin");
     EXPECT_EQ(update(Component::fpga).answer.state, State::updated);
-    EXPECT_TRUE(area("fpga-10001-1") == large.payload);
-    EXPECT_TRUE(area("fpga-10001-2") == large.payload);
+    EXPECT_TRUE(area("fpga-10001-1") == large);
+    EXPECT_TRUE(area("fpga-10001-2") == large);
 }
 
 TEST_F(AnUpdate, WritesTheOneSlotOfTheBmu) {
-    const std::string path = put(image, "KOR-BMU-11.bin");
+    const std::string path = put(image(), "KOR-BMU-11.bin");
     EXPECT_THAT(update(Component::bmu).answer, answers(State::updated, 0, path));
     auto expected = before;
-    expected["fpga-1-1"] = image.payload;
+    expected["fpga-1-1"] = flashed;
     EXPECT_EQ(areas(), expected);
 }
 
 TEST_F(AnUpdate, FlashesNothingThatIsNotNeeded) {
-    Image same;
-    same.version = "10";
-    const std::string path = put(same, "KOR-TIRVO2-QE-10.bin");
+    const std::string path = put(image("10"), "KOR-TIRVO2-QE-10.bin");
     const UpdateRun run = update(Component::fpga);
     EXPECT_THAT(run.steps, ElementsAre(Step::asked, Step::checking, Step::done));
     EXPECT_THAT(run.answer, answers(State::notNeeded, 0, path));
@@ -105,20 +100,16 @@ TEST_F(AnUpdate, FlashesNothingThatIsNotNeeded) {
 }
 
 TEST_F(AnUpdate, FollowsAnOlderFpgaImageButNoOlderBmuImage) {
-    Image older;
-    older.version = "6";
-    put(older, "KOR-TIRVO2-QE-6.bin");
-    put(older, "KOR-BMU-6.bin");
+    put(image("6"), "KOR-TIRVO2-QE-6.bin");
+    put(image("6"), "KOR-BMU-6.bin");
     EXPECT_EQ(update(Component::fpga).answer.state, State::updated);
     EXPECT_EQ(update(Component::bmu).answer.state, State::notNeeded);
-    EXPECT_THAT(area("fpga-10001-1"), Optional(older.payload));
+    EXPECT_THAT(area("fpga-10001-1"), Optional(std::string(flashed)));
     EXPECT_EQ(area("fpga-1-1"), before.at("fpga-1-1"));
 }
 
 TEST_F(AnUpdate, FlashesNoDamagedImage) {
-    Image damaged;
-    damaged.damaged = true;
-    const std::string path = put(damaged, "KOR-TIRVO2-QE-11.bin");
+    const std::string path = put(image().crc(1), "KOR-TIRVO2-QE-11.bin");
     const UpdateRun run = update(Component::fpga);
     EXPECT_THAT(run.steps, ElementsAre(Step::asked, Step::checking, Step::flashing, Step::done));
     EXPECT_THAT(run.answer, answers(State::updateFailed, -1, path));
@@ -127,9 +118,7 @@ TEST_F(AnUpdate, FlashesNoDamagedImage) {
 }
 
 TEST_F(AnUpdate, FlashesNoImageOfAnotherBoard) {
-    Image wrong;
-    wrong.hwSwIds = {"0x00B00000"};
-    put(wrong, "KOR-TIRVO2-QE-11.bin");
+    put(image().listing({0x00B00000}), "KOR-TIRVO2-QE-11.bin");
     const UpdateRun run = update(Component::fpga);
     EXPECT_THAT(run.steps, ElementsAre(Step::asked, Step::checking, Step::done));
     EXPECT_THAT(run.answer, answers(State::checkFailed, -7));
@@ -137,22 +126,22 @@ TEST_F(AnUpdate, FlashesNoImageOfAnotherBoard) {
 }
 
 TEST_F(AnUpdate, FlashesNeitherOfTwoImages) {
-    put(image, "KOR-TIRVO2-QE-11.bin");
-    put(image, "KOR-TIRVO2-QE-12.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-12.bin");
     EXPECT_THAT(update(Component::fpga).answer, answers(State::checkFailed, -8));
     EXPECT_EQ(areas(), before);
 }
 
 TEST_F(AnUpdate, CannotCopyThePayloadWhereALinkTakesItsPlace) {
-    const std::string path = put(image, "KOR-TIRVO2-QE-11.bin");
+    const std::string path = put(image(), "KOR-TIRVO2-QE-11.bin");
     std::filesystem::create_symlink("/ffs/run/logs/elsewhere", "/tmp/fpgafile");
     EXPECT_THAT(update(Component::fpga).answer, answers(State::updateFailed, -2, path));
     EXPECT_FALSE(std::filesystem::exists("/ffs/run/logs/elsewhere"));
 }
 
 TEST_F(AnUpdate, IsServedAfterThoseThatCameBefore) {
-    put(image, "KOR-TIRVO2-QE-11.bin");
-    put(image, "KOR-BMU-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-BMU-11.bin");
     Messages client;
     client.send(service(), updateRequest, bytesOf(Request{1, Component::fpga, 0}));
     client.send(service(), updateRequest, bytesOf(Request{2, Component::bmu, 0}));
@@ -167,7 +156,7 @@ TEST_F(AnUpdate, IsServedAfterThoseThatCameBefore) {
 }
 
 TEST_F(AnUpdate, IsFinishedThoughItsRequesterHasGone) {
-    put(image, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     const Messages starter;
     const std::uint32_t nobody = AaSysComSicadGet(0x0777, node());
     void* const msg = AaSysComMsgCreate(updateRequest, Request::size, service());
@@ -175,31 +164,29 @@ TEST_F(AnUpdate, IsFinishedThoughItsRequesterHasGone) {
     Request{1, Component::fpga, 0}.write(payload);
     ASSERT_EQ(AaSysComMsgSendS(msg, nobody), EAaSysComRetVal_NoError);
     EXPECT_TRUE(firm.awaitOutput(HasSubstr("message 0x0624 does not reach 0x10110777"), limitMs));
-    EXPECT_THAT(area("fpga-10001-2"), Optional(image.payload));
+    EXPECT_THAT(area("fpga-10001-2"), Optional(std::string(flashed)));
     EXPECT_TRUE(firm.isRunning());
 }
 
 TEST_F(AnUpdateOfTheOtherBoard, WritesItsOwnFpga) {
-    put(image, "VEL-YM4-QE-not-for-this-one.bin");
+    put(image(), "VEL-YM4-QE-not-for-this-one.bin");
     EXPECT_THAT(update(Component::fpga).answer, answers(State::checkFailed, -7));
-    Image own;
-    own.hwSwIds = {"0x00B00000"};
-    const std::string path = put(own, "VEL-YM4-QE-11.bin");
+    const std::string path = put(image().listing({0x00B00000}), "VEL-YM4-QE-11.bin");
     EXPECT_THAT(update(Component::fpga).answer, answers(State::updated, 0, path));
-    EXPECT_THAT(area("fpga-70001-1"), Optional(own.payload));
-    EXPECT_THAT(area("fpga-70001-2"), Optional(own.payload));
+    EXPECT_THAT(area("fpga-70001-1"), Optional(std::string(flashed)));
+    EXPECT_THAT(area("fpga-70001-2"), Optional(std::string(flashed)));
 }
 
 TEST_F(AnUpdateOfABoardStartedFromRam, WritesTheBootLoader) {
-    const std::string path = put(image, "KOR-RN-QE-11.bin");
+    const std::string path = put(image(), "KOR-RN-QE-11.bin");
     EXPECT_THAT(update(Component::uboot).answer, answers(State::updated, 0, path));
-    EXPECT_THAT(area("uboot-primary"), Optional(image.payload));
+    EXPECT_THAT(area("uboot-primary"), Optional(std::string(flashed)));
     EXPECT_FALSE(std::filesystem::exists("/tmp/u-boot.uim"));
 }
 
 TEST_F(AnUpdateOnBrokenFlash, LeavesTheSecondarySlotWhenThePrimaryOneFails) {
     const auto firm = firmWith(firstOperationFails);
-    const std::string path = put(image, "KOR-TIRVO2-QE-11.bin");
+    const std::string path = put(image(), "KOR-TIRVO2-QE-11.bin");
     const auto secondary = area("fpga-10001-2");
     EXPECT_THAT(update(Component::fpga).answer, answers(State::updateFailed, -3, path));
     EXPECT_EQ(area("fpga-10001-2"), secondary);
@@ -208,23 +195,23 @@ TEST_F(AnUpdateOnBrokenFlash, LeavesTheSecondarySlotWhenThePrimaryOneFails) {
 
 TEST_F(AnUpdateOnBrokenFlash, SaysThatThePrimarySlotIsNewWhenTheSecondaryOneFails) {
     auto firm = firmWith(fourthOperationFails);
-    const std::string path = put(image, "KOR-TIRVO2-QE-11.bin");
+    const std::string path = put(image(), "KOR-TIRVO2-QE-11.bin");
     EXPECT_THAT(update(Component::fpga).answer, answers(State::partlyUpdated, -4, path));
-    EXPECT_THAT(area("fpga-10001-1"), Optional(image.payload));
-    EXPECT_NE(area("fpga-10001-2"), image.payload);
+    EXPECT_THAT(area("fpga-10001-1"), Optional(std::string(flashed)));
+    EXPECT_NE(area("fpga-10001-2"), flashed);
     EXPECT_TRUE(firm.awaitOutput(HasSubstr(": partly updated, result -4"), limitMs));
 }
 
 TEST_F(AnUpdateOnBrokenFlash, SucceedsWhenItIsAskedAgain) {
     const auto firm = firmWith(fourthOperationFails);
-    put(image, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     update(Component::fpga);
     EXPECT_EQ(update(Component::fpga).answer.state, State::updated);
-    EXPECT_THAT(area("fpga-10001-2"), Optional(image.payload));
+    EXPECT_THAT(area("fpga-10001-2"), Optional(std::string(flashed)));
 }
 
 TEST_F(AnUpdateOnBrokenFlash, SucceedsAfterThePowerWasLostInTheMiddle) {
-    put(image, "KOR-TIRVO2-QE-11.bin");
+    put(image(), "KOR-TIRVO2-QE-11.bin");
     {
         auto firm = firmWith(powerGoesAtTheFifth);
         Messages client;
@@ -236,6 +223,6 @@ TEST_F(AnUpdateOnBrokenFlash, SucceedsAfterThePowerWasLostInTheMiddle) {
     }
     ChildService firm("Firm", stateParameter);
     EXPECT_EQ(update(Component::fpga).answer.state, State::updated);
-    EXPECT_THAT(area("fpga-10001-1"), Optional(image.payload));
-    EXPECT_THAT(area("fpga-10001-2"), Optional(image.payload));
+    EXPECT_THAT(area("fpga-10001-1"), Optional(std::string(flashed)));
+    EXPECT_THAT(area("fpga-10001-2"), Optional(std::string(flashed)));
 }
