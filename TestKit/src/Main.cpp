@@ -101,6 +101,12 @@ int main(int argc, char** argv) {
     if (!misspelt.empty())
         return statusOfFailure;
     const auto tests = selectedTests();
+    const std::string report = GTEST_FLAG_GET(output);
+    if (tests.size() > 1 && !report.empty() && report.back() != '/') {
+        std::cerr << "each test writes a report of its own: --gtest_output=" << report
+                  << " must name a directory, with '/'\n";
+        return statusOfFailure;
+    }
     for (const int number : {SIGINT, SIGTERM, SIGHUP})
         ::signal(number, interrupt);
     return tests.size() == 1 ? runTest(tests.front(), arguments) : runTests(tests, arguments);

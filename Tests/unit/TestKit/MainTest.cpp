@@ -175,6 +175,13 @@ TEST(BoardOfASuiteThatDoesNotExist, IsRefused) {
     EXPECT_EQ(outcome.err, "BoardOf names the suite Fialing, which has no test here\n");
 }
 
+TEST(ReportOfSeveralTests, IsRefusedInOneFile) {
+    const CommandResult outcome = runFailing("*", {"--gtest_output=xml:report.xml"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("=xml:report.xml must name a directory, with '/'"));
+    EXPECT_EQ(outcome.out, "");
+}
+
 TEST(WrongBoardDescription, FailsTheTestWithTheReason) {
     const CommandResult outcome = runFailing("OnAWrongBoard.*");
     EXPECT_EQ(outcome.status, 1);
