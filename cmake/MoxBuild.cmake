@@ -54,6 +54,10 @@ function(mox_test name)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE mox_warnings ${main} ${arg_LIBS} GTest::gmock GTest::gtest)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Tests")
+  if(MOX_SANITIZE)
+    # Halves the time that tests take to compile there; what they test stays as the lane wants it.
+    target_compile_options(${name} PRIVATE -O0)
+  endif()
   math(EXPR deadline "${arg_TIMEOUT} * ${MOX_TEST_TIMEOUT_FACTOR}")
   # Discovery before the run and not after the link: what is cross-compiled or enters a mount namespace of its own
   # then lists its tests under the same conditions as it runs them.
