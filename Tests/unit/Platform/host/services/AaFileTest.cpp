@@ -325,7 +325,7 @@ TEST_F(AaFile, ListsADirectorySortedByName) {
 }
 
 TEST_F(AaFile, ListsNothingOfWhatIsNoDirectory) {
-    SAaFileDnode* entries = reinterpret_cast<SAaFileDnode*>(this);
+    auto* entries = reinterpret_cast<SAaFileDnode*>(this);
     unsigned int count = 5;
     EXPECT_EQ(AaFileListDir(m_directory.path().c_str(), &entries, &count), 0);
     EXPECT_EQ(entries, nullptr);

@@ -15,7 +15,6 @@ namespace {
 
 using host::ManualClock;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class AaSysTimer : public InRun {
 protected:
