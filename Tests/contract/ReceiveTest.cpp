@@ -54,7 +54,7 @@ INSTANTIATE_TEST_SUITE_P(AwakeAndAsleep, Receiving, testing::Bool());
 
 TEST_P(Receiving, WithoutTimeDoesNotWait) {
     const Registration mine;
-    EXPECT_LT(timeOf([] { EXPECT_FALSE(receive(0)); }), milliseconds(500));
+    EXPECT_LT(timeOf([] { EXPECT_FALSE(receive(0)); }), std::chrono::seconds(10)); // or for ever
     send(mine.address(), 1);
     EXPECT_TRUE(receive(0));
 }

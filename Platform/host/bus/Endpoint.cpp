@@ -20,7 +20,6 @@ namespace {
 
 /// Room for the largest datagram and one byte more, which tells a longer one.
 constexpr std::size_t bufferSize = maxWireSize + 1;
-constexpr unsigned mostBadInARow = 64;
 
 /// What the bytes begin with; zeros where they end early.
 SAaSysComMsgHeader headerIn(const std::uint8_t* bytes, std::size_t size) {
@@ -79,19 +78,13 @@ bool Endpoint::isForHere(std::uint32_t receiver) const {
     return !toOwnNode || (receiver & 0xFFFFU) == (m_sicad & 0xFFFFU);
 }
 
-/// Reads the next well-formed datagram, and gives its messages to `take`. Looks past some that are not, but not past
-/// any number: somebody who sends nothing else must not hold up the caller.
+/// Reads the next well-formed datagram, and gives its messages to `take`.
 /// @return false with errno: there is none, or no memory (ENOMEM) for one of them
 template <typename Take>
 bool Endpoint::readDatagram(const Take& take) {
     std::uint8_t* const buffer = m_buffer.get();
     std::size_t size = 0;
-    unsigned left = mostBadInARow;
     do {
-        if (left-- == 0) {
-            errno = EAGAIN;
-            return false;
-        }
         const ssize_t got = recv(m_fd, buffer, bufferSize, MSG_DONTWAIT);
         if (got < 0) {
             return false;

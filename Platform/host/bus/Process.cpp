@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <condition_variable>
 #include <cstring>
@@ -37,6 +38,11 @@ static_assert(sizeof(NoticeHeader) == 12, "processes of different builds share a
 constexpr std::uint32_t noticeMagic = 0x4E584F4D;
 /// Notices read before the other sockets are looked at.
 constexpr unsigned fairShare = 64;
+/// Bytes of notices that wait for their handlers. A handler that hangs must not eat the machine: what follows waits in
+/// the socket, and whoever tells more learns that this process is full.
+constexpr std::size_t mostBacklog = std::size_t{32} << 20;
+/// What a queued notice takes beside its body, about.
+constexpr std::size_t bytesAround = 256;
 
 /// The notice thread and its queue, and who handles which topic.
 class Notices {
@@ -60,7 +66,56 @@ public:
         post([this, from, topic, text = std::move(body)] { handle(from, topic, text); });
     }
 
+    /// Takes what was read from a socket. Senders wait for drained sockets, so these do not wait for call-backs.
+    void takeRead(ProcessAddress from, std::uint16_t topic, std::string body) {
+        if (topic == static_cast<std::uint16_t>(Topic::drain)) {
+            handle(from, topic, body);
+            return;
+        }
+        const std::size_t bytes = bytesAround + body.size();
+        m_backlog.fetch_add(bytes);
+        post([this, from, topic, bytes, text = std::move(body)] {
+            handle(from, topic, text);
+            noteHandled(bytes);
+        });
+    }
+
+    /// Whether there is room for more from a socket; otherwise the reader thread leaves it alone until there is.
+    bool hasRoom(int fd) {
+        if (m_backlog.load() < mostBacklog) {
+            return true;
+        }
+        const std::lock_guard<std::mutex> lock(m_pauseMutex);
+        Reader::instance().watch(fd, false);
+        m_paused = fd;
+        endPause();
+        return false;
+    }
+
+    /// Before the socket is closed.
+    void forget(int fd) {
+        const std::lock_guard<std::mutex> lock(m_pauseMutex);
+        if (m_paused == fd) {
+            m_paused = -1;
+        }
+    }
+
 private:
+    void noteHandled(std::size_t bytes) {
+        if (m_backlog.fetch_sub(bytes) >= mostBacklog / 2) {
+            const std::lock_guard<std::mutex> lock(m_pauseMutex);
+            endPause();
+        }
+    }
+
+    /// Under the mutex. Whoever comes second, the reader thread or the notice thread that makes room, ends the pause.
+    void endPause() {
+        if (m_paused >= 0 && m_backlog.load() < mostBacklog / 2) {
+            Reader::instance().watch(m_paused, true);
+            m_paused = -1;
+        }
+    }
+
     void run() {
         for (;;) {
             std::function<void()> next;
@@ -89,6 +144,9 @@ private:
     std::condition_variable m_more;
     std::deque<std::function<void()>> m_queue;
     bool m_started = false;
+    std::atomic<std::size_t> m_backlog{0}; ///< bytes read from sockets and not handled yet
+    std::mutex m_pauseMutex;
+    int m_paused = -1; ///< the socket that the reader thread has left alone; under m_pauseMutex
     std::mutex m_handlersMutex;
     std::array<NoticeHandler, static_cast<std::size_t>(Topic::count)> m_handlers;
 };
@@ -101,7 +159,7 @@ Notices& notices() {
 /// Reads what other processes have told; on the reader thread, which has other sockets to serve.
 void readNotices(int fd) {
     static auto* buffer = new std::array<char, sizeof(NoticeHeader) + maxNoticeBody>;
-    for (unsigned i = 0; i < fairShare; ++i) {
+    for (unsigned i = 0; i < fairShare && notices().hasRoom(fd); ++i) {
         const ssize_t got = recv(fd, buffer->data(), buffer->size(), MSG_DONTWAIT | MSG_TRUNC);
         if (got < 0) {
             return;
@@ -117,8 +175,8 @@ void readNotices(int fd) {
             dropBadDatagram("no notice that this process knows");
             continue;
         }
-        notices().post({header.fromNode, header.fromPid}, header.topic,
-                       std::string(buffer->data() + sizeof(header), size - sizeof(header)));
+        notices().takeRead({header.fromNode, header.fromPid}, header.topic,
+                           std::string(buffer->data() + sizeof(header), size - sizeof(header)));
     }
 }
 
@@ -138,6 +196,7 @@ bool openProcessSocket(const Run& run) {
     }
     atPlatformEnd([fd, name] {
         Reader::instance().removeDescriptor(fd);
+        notices().forget(fd);
         ::close(fd);
         unlinkat(Run::current()->nodeFd(), name.c_str(), 0);
     });

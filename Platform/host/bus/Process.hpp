@@ -39,8 +39,9 @@ bool tell(ProcessAddress to, Topic topic, std::string_view body);
 /// As above. @param giveUpAt  how long to wait for a full receiver, by realMonotonicNs()
 bool tell(ProcessAddress to, Topic topic, std::string_view body, std::uint64_t giveUpAt);
 
-/// Sets who handles a topic; called on the platform's notice thread, one notice at a time. `body` is valid during the
-/// call. Set before startProcess(), or at any time by any thread.
+/// Sets who handles a topic; called on the platform's notice thread, one notice at a time. The handler of Topic::drain
+/// is called on the reader thread and must not block. `body` is valid during the call. Set before startProcess(), or at
+/// any time by any thread.
 using NoticeHandler = std::function<void(ProcessAddress from, std::string_view body)>;
 void onNotice(Topic topic, NoticeHandler handler);
 

@@ -54,10 +54,14 @@ void Reader::remove(const Endpoint& endpoint) {
 }
 
 void Reader::watch(const Endpoint& endpoint, bool on) const {
+    watch(endpoint.fd(), on);
+}
+
+void Reader::watch(int fd, bool on) const {
     epoll_event event{};
     event.events = on ? static_cast<std::uint32_t>(EPOLLIN) : 0U;
-    event.data.fd = endpoint.fd();
-    epoll_ctl(m_epoll, EPOLL_CTL_MOD, endpoint.fd(), &event);
+    event.data.fd = fd;
+    epoll_ctl(m_epoll, EPOLL_CTL_MOD, fd, &event);
 }
 
 bool Reader::addDescriptor(int fd, std::function<void()> readable) {

@@ -20,6 +20,8 @@ public:
     void remove(const Endpoint& endpoint);
     /// Begins or ends watching a known endpoint.
     void watch(const Endpoint& endpoint, bool on) const;
+    /// The same of a descriptor that was added.
+    void watch(int fd, bool on) const;
 
     /// Watches any other descriptor; `readable` runs on the reader thread and must not block.
     /// @return false with errno: the kernel refuses

@@ -4,9 +4,11 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <cstring>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 using mox::testing::address;
@@ -120,6 +122,33 @@ TEST_F(BadDatagram, IsLoggedAtMostOnceASecond) {
     const std::size_t lines = linesAbout(sut.log(), "datagram dropped");
     EXPECT_GE(lines, 1U);
     EXPECT_LE(lines, 4U);
+}
+
+TEST_F(BadDatagram, OfWhichThereIsNoEndLeavesTimeLimitsInForce) {
+    std::atomic<bool> enough{false};
+    std::vector<std::thread> senders;
+    for (int i = 0; i < 4; ++i)
+        senders.emplace_back([&] {
+            while (!enough)
+                run.fillRaw(endpointSocket);
+        });
+    const std::string waited = sut.ask("wait 300000");
+    enough = true;
+    for (std::thread& sender : senders)
+        sender.join();
+    EXPECT_THAT(waited, testing::MatchesRegex("[0-9]+"));
+    EXPECT_LT(std::stoi("0" + waited), 5000);
+    sut.ask("wait 300000"); // takes the rest
+    expectService();
+}
+
+TEST_F(BadDatagram, IsWhatThereIsNoMemoryForButNotWhatCameBefore) {
+    const std::string first = datagram({1, 0, receiver, 0x10110700, 0, 8}, 8);
+    const std::string second = datagram({2, 0, receiver, 0x10110701, 0, 8}, 8);
+    sut.ask("hoard 1");
+    ASSERT_TRUE(run.sendRaw(endpointSocket, first + second));
+    EXPECT_THAT(sut.ask("receive 3000000"), StartsWith("id 1 "));
+    EXPECT_EQ(sut.ask("dropped"), "1");
 }
 
 TEST_F(BadDatagram, OfAnyKindLeavesTheServiceAlive) {

@@ -120,6 +120,53 @@ TEST(EndpointOfALivingProcess, StaysItsOwnWhenAnotherHasNoDescriptorsLeft) {
     EXPECT_THAT(server.ask("receive 10000000"), StartsWith("id 1 "));
 }
 
+TEST(ProcessWithoutDescriptors, IsNotToldThatItsReceiverIsGone) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the checks for undefined behaviour need descriptors of their own";
+#endif
+    const TestRun run;
+    Peer server(run);
+    Peer sut(run);
+    ASSERT_EQ(server.ask("server " + fixedCpid), "0");
+    ASSERT_EQ(server.ask("server 0x0601"), "0");
+    ASSERT_THAT(sut.ask("send " + fixedAddress + " 1 4"), StartsWith("1 0 "));
+    sut.ask("exhaust");
+    EXPECT_THAT(sut.ask("send " + address(0x0601) + " 1 4"), StartsWith("0 3 "));
+    EXPECT_THAT(sut.ask("send " + address(0x0602) + " 1 4"), StartsWith("0 3 ")) << "nor there, where it cannot look";
+    EXPECT_THAT(sut.ask("send " + fixedAddress + " 1 4"), StartsWith("1 0 ")) << "what is open goes on";
+}
+
+TEST(ProcessWithFewDescriptors, IsWokenWhereItCouldRegister) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the checks for undefined behaviour need descriptors of their own";
+#endif
+    constexpr int enough = 8;
+    const TestRun run;
+    for (int left = 0; left <= enough; ++left) {
+        Peer sut(run);
+        sut.ask("exhaust " + std::to_string(left));
+        const bool registered = sut.ask("register " + fixedCpid) == fixedCpid;
+        EXPECT_TRUE(registered || left != enough);
+        if (registered) {
+            EXPECT_EQ(sut.ask("local " + fixedAddress + " 100 1"), "0");
+            EXPECT_EQ(sut.ask("collect 100 10000000"), "all") << left;
+        } else {
+            EXPECT_THAT(sut.log(), testing::HasSubstr("cannot register")) << left;
+        }
+    }
+}
+
+TEST(ProcessWhoseNodeIsGone, IsToldOnceThatItCannotRegister) {
+    const TestRun run;
+    Peer sut(run);
+    std::filesystem::remove_all(run.nodePath());
+    EXPECT_EQ(sut.ask("register 0"), "0");
+    const std::string log = sut.log();
+    const std::size_t first = log.find("cannot ");
+    EXPECT_NE(first, std::string::npos);
+    EXPECT_EQ(log.find("cannot ", first + 1), std::string::npos) << log.substr(0, 1000);
+}
+
 TEST(SocketsOfARun, AreGoneWhenItsProcessesHaveEnded) {
     const TestRun run;
     {

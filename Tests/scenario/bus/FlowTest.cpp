@@ -93,6 +93,18 @@ TEST(FlowToABusyReceiver, IsKeptForIt) {
     EXPECT_EQ(peers[0]->ask("collect 10000 10000000"), "all");
 }
 
+TEST(FlowToABusyReceiver, IsKeptForItAlsoWhileACallBackOfItsProcessHangs) {
+    const TestRun run;
+    const auto peers = registeredPeers(run, 2);
+    ASSERT_EQ(peers[0]->ask("observe flow"), "0");
+    ASSERT_EQ(peers[1]->ask("publish flow 4 1"), "1");
+    EXPECT_THAT(peers[1]->ask("send " + addressOfPeer(0) + " 1 64 20000"), StartsWith("20000 0 "));
+    EXPECT_EQ(peers[0]->ask("seen 0"), "0");
+    EXPECT_EQ(peers[0]->ask("collect 20000 10000000"), "all");
+    peers[0]->ask("go-on");
+    EXPECT_EQ(peers[0]->ask("seen 1"), "1");
+}
+
 TEST(FlowToAReceiverThatNaps, KeepsItsOrder) {
     const TestRun run;
     const auto peers = registeredPeers(run, 2);
@@ -120,6 +132,17 @@ TEST(FlowToAProcessThatIsStopped, IsToldAsFullAfterTheTimeLimitAndNotBefore) {
     EXPECT_EQ(peers[2]->answer(), "all");
     peers[0]->signal(SIGCONT);
     EXPECT_EQ(peers[0]->ask("collect " + std::to_string(sent.sent) + " 10000000"), "all");
+}
+
+TEST(FlowToAProcessThatIsStopped, IsToldAsFullNoLaterWhenItsProcessDoesNotListenEither) {
+    const TestRun run;
+    const auto peers = registeredPeers(run, 2);
+    peers[0]->signal(SIGSTOP);
+    run.fillRaw("p" + std::to_string(peers[0]->pid()) + ".sock");
+    const SendResult sent = parse(peers[1]->ask("fill " + addressOfPeer(0) + " 1000 1000"));
+    EXPECT_EQ(sent.last, 5);
+    EXPECT_GE(sent.ms, 1950);
+    EXPECT_LT(sent.ms, 3500) << "and not as long again for asking the process";
 }
 
 TEST(FlowToAProcessThatIsStopped, ArrivesAlthoughItsSenderEnds) {
@@ -161,6 +184,23 @@ TEST(FlowToAReceiverThatNeverReads, IsToldAsFullAndLeavesItsProcessAble) {
     EXPECT_EQ(peers[0]->ask("collect " + std::to_string(sent.sent) + " 10000000"), "all");
     EXPECT_THAT(peers[1]->ask("send " + addressOfPeer(0) + " 1 60000 100"), StartsWith("100 0 "))
         << "it is not full any more";
+}
+
+TEST(FlowOfPublications, ToAnObserverThatHangsWaitsOutsideOfItsProcessBeforeLong) {
+    constexpr int most = 1500; // of 64 KiB
+    const TestRun run;
+    Peer observer(run);
+    Peer publisher(run);
+    ASSERT_EQ(observer.ask("observe flow"), "0");
+    const std::string fast = publisher.ask("publish flow 65535 " + std::to_string(most));
+    EXPECT_LT(std::stoi("0" + fast), most);
+    EXPECT_GT(std::stoi("0" + fast), 300);
+    EXPECT_THAT(publisher.log(), testing::HasSubstr("did not take the publication"));
+    observer.ask("go-on");
+    EXPECT_EQ(observer.ask("seen " + fast), fast) << "those that it took are not lost";
+    EXPECT_EQ(publisher.ask("publish flow 65535 100"), "100");
+    const std::string all = std::to_string(std::stoi("0" + fast) + 100);
+    EXPECT_EQ(observer.ask("seen " + all), all) << "and it takes more";
 }
 
 TEST(MixedFlow, ThatChangesTheWayToSleepLosesNothing) {

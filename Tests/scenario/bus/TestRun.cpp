@@ -84,7 +84,7 @@ std::vector<std::string> TestRun::sockets(std::uint16_t node) const {
     return result;
 }
 
-bool TestRun::sendRaw(const std::string& socketName, std::string_view datagram) const {
+int TestRun::connectRaw(const std::string& socketName) const {
     sockaddr_un to{};
     to.sun_family = AF_UNIX;
     const std::string path = nodePath() + "/" + socketName;
@@ -92,14 +92,27 @@ bool TestRun::sendRaw(const std::string& socketName, std::string_view datagram) 
         throw std::runtime_error("path too long for a raw datagram");
     std::memcpy(to.sun_path, path.c_str(), path.size() + 1);
     const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (connect(fd, reinterpret_cast<sockaddr*>(&to), sizeof(to)) != 0)
+        throw std::runtime_error(path + ": " + std::strerror(errno));
+    return fd;
+}
+
+bool TestRun::sendRaw(const std::string& socketName, std::string_view datagram) const {
+    const int fd = connectRaw(socketName);
     const timeval limit{10, 0};
     setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit));
     const int room = 1 << 20;
     setsockopt(fd, SOL_SOCKET, SO_SNDBUF, &room, sizeof(room));
-    const ssize_t sent =
-        sendto(fd, datagram.data(), datagram.size(), MSG_NOSIGNAL, reinterpret_cast<sockaddr*>(&to), sizeof(to));
+    const ssize_t sent = send(fd, datagram.data(), datagram.size(), MSG_NOSIGNAL);
     close(fd);
     return sent == static_cast<ssize_t>(datagram.size());
+}
+
+void TestRun::fillRaw(const std::string& socketName) const {
+    const int fd = connectRaw(socketName);
+    while (send(fd, "x", 1, MSG_NOSIGNAL | MSG_DONTWAIT) == 1) {
+    }
+    close(fd);
 }
 
 std::string address(std::uint16_t cpid, std::uint16_t node) {

@@ -32,7 +32,12 @@ public:
     /// @return whether it was accepted within some seconds
     bool sendRaw(const std::string& socketName, std::string_view datagram) const;
 
+    /// Sends nonsense to a socket of the first node until there is no room.
+    void fillRaw(const std::string& socketName) const;
+
 private:
+    int connectRaw(const std::string& socketName) const;
+
     std::string m_path;
 };
 

@@ -11,8 +11,10 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <iostream>
@@ -20,6 +22,7 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 using namespace mox::testing;
 
@@ -53,6 +56,7 @@ private:
     void addMessages();
     void addFlows();
     void addSemaphores();
+    void addTags();
     void addProcess();
     void addBusinessOfMixedTraffic();
 
@@ -66,6 +70,7 @@ Commands::Commands() {
     addMessages();
     addFlows();
     addSemaphores();
+    addTags();
     addProcess();
     addBusinessOfMixedTraffic();
 }
@@ -141,6 +146,19 @@ void Commands::addMessages() {
     };
     m_commands["relay"] = [this](Words& words) {
         return std::to_string(AaSysComMsgRelay(AaSysComMsgTake(&m_kept), number(words)));
+    };
+    // hoard LEFT: keeps all memory for messages but for so many short ones
+    m_commands["hoard"] = [](Words& words) {
+        std::vector<void*> spared(number(words));
+        for (void*& message : spared)
+            message = AaSysComMsgCreate(1, 1, 0);
+        std::vector<void*> kept;
+        for (std::uint32_t size = 65535; size != 0; size /= 2)
+            for (void* message = nullptr; (message = AaSysComMsgCreate(1, size, 0)) != nullptr;)
+                kept.push_back(message);
+        for (void*& message : spared)
+            AaSysComMsgDestroy(&message);
+        return std::to_string(kept.size());
     };
     // trailer TO ID SIZE CRC: sends a message with trailer
     m_commands["trailer"] = [](Words& words) {
@@ -254,6 +272,48 @@ void Commands::addSemaphores() {
     };
 }
 
+void Commands::addTags() {
+    static std::atomic<bool> held{false};
+    static std::atomic<int> seen{0};
+    // observe NAME: counts publications of a tag, and holds on to the first one
+    m_commands["observe"] = [](Words& words) {
+        std::string name;
+        words >> name;
+        held = true;
+        return std::to_string(AaConfigTagRegister(name.c_str(), [](const char*, const void*, unsigned int) {
+            while (held)
+                std::this_thread::yield();
+            ++seen;
+        }));
+    };
+    m_commands["go-on"] = [](Words&) {
+        held = false;
+        return std::string("going on");
+    };
+    // seen COUNT: waits until so many publications have been seen
+    m_commands["seen"] = [](Words& words) {
+        const Stopwatch watch;
+        for (const auto count = static_cast<int>(number(words)); seen < count && watch.ms() < 20000;)
+            std::this_thread::yield();
+        return std::to_string(seen);
+    };
+    // publish NAME SIZE MOST: until one takes long; how many went fast
+    m_commands["publish"] = [](Words& words) {
+        std::string name;
+        words >> name;
+        const std::string value(number(words), 'v');
+        const std::uint32_t most = number(words);
+        for (std::uint32_t done = 0; done < most; ++done) {
+            const Stopwatch watch;
+            if (AaConfigTagPublicSet(name.c_str(), value.data(), static_cast<unsigned int>(value.size())) != 0)
+                return std::string("failed");
+            if (watch.ms() > 1500)
+                return std::to_string(done);
+        }
+        return std::to_string(most);
+    };
+}
+
 void Commands::addProcess() {
     m_commands["node"] = [](Words&) { return std::to_string(AaSysComGetOwnNid()); };
     m_commands["dropped"] = [](Words&) { return std::to_string(mox::host::droppedDatagrams()); };
@@ -277,12 +337,14 @@ void Commands::addProcess() {
             std::this_thread::yield();
         return std::to_string(mox::host::droppedDatagrams());
     };
-    // exhaust: uses up the descriptors
-    m_commands["exhaust"] = [](Words&) {
-        int count = 0;
-        while (open("/dev/null", O_RDONLY | O_CLOEXEC) >= 0)
-            ++count;
-        return std::to_string(count);
+    // exhaust [LEFT]: uses up the descriptors but for a few
+    m_commands["exhaust"] = [](Words& words) {
+        int last = -1;
+        for (int fd = -1; (fd = open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;)
+            last = fd;
+        for (std::uint32_t left = number(words); left > 0; --left)
+            close(last--);
+        return std::to_string(last);
     };
     m_commands["shutdown"] = [](Words&) { return std::to_string(AaStartupEeShutdown()); };
     m_commands["startup"] = [](Words&) {
