@@ -10,7 +10,6 @@ namespace mox::testing {
 namespace {
 
 using ps::hwapi::common::MsgHandlingException;
-using ps::hwapi::common::Req;
 using ps::hwapi::common::ReqHandler;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
