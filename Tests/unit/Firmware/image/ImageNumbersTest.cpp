@@ -45,7 +45,16 @@ TEST(Unsigned32, ReadsOtherBases) {
     EXPECT_EQ(conversion::unsigned32("0xFFFFFFFF", 16), 0xFFFFFFFFU);
     EXPECT_EQ(conversion::unsigned32("0x100000000", 16), 0xFFFFFFFFU);
     EXPECT_EQ(conversion::unsigned32("-0x10", 16), 0xFFFFFFF0U);
+    EXPECT_EQ(conversion::unsigned32("0x", 16), 0U);
+    EXPECT_EQ(conversion::unsigned32("0xx1", 16), 0U);
+    EXPECT_EQ(conversion::unsigned32("0x 1", 16), 0U);
     EXPECT_EQ(conversion::unsigned32("777", 8), 511U);
+}
+
+TEST(Unsigned32, EndsWithItsText) {
+    EXPECT_EQ(conversion::unsigned32(std::string_view("1234").substr(0, 2), 10), 12U);
+    EXPECT_EQ(conversion::unsigned32(std::string_view("0x12").substr(0, 2), 16), 0U);
+    EXPECT_EQ(conversion::unsigned32({}, 10), 0U);
 }
 
 TEST(Unsigned32, LeavesErrnoAlone) {
