@@ -24,7 +24,7 @@ namespace image = ps::hwapi::common::image;
 
 std::optional<std::string> textOf(const AaGpuXmlNode* trailer, const char* name) {
     const AaGpuXmlNode* node = FindXmlTag(trailer, name);
-    return node != nullptr ? std::optional(node->AaGpuXmlGetValue()) : std::nullopt;
+    return node != nullptr ? std::optional<std::string>(node->AaGpuXmlGetValue()) : std::nullopt;
 }
 
 void readIdentifiers(const AaGpuXmlNode* trailer, Image& into) {
@@ -66,14 +66,14 @@ TrailerReading::TrailerReading(const std::string& file) : m_file(file), m_size(s
     char* bytes = nullptr;
     if (get_trailer(file.c_str(), &m_offset, &bytes) == IMAGE_OK) {
         m_bytes.assign(bytes, static_cast<std::size_t>(m_size - m_offset));
-        m_parsed = image::parseTrailer(image::trailerText(m_bytes));
+        m_parsed = image::parseTrailer(text());
     }
     std::free(bytes);
 }
 
 bool TrailerReading::runsIntoWord() const {
-    const std::string_view bytes = m_bytes;
-    return !hasZeroByte() && image::parseTrailer(bytes.substr(0, bytes.size() - offsetWordSize)).document != nullptr;
+    return !hasZeroByte() &&
+           image::parseTrailer(m_bytes.substr(0, m_bytes.size() - offsetWordSize)).document != nullptr;
 }
 
 Image TrailerReading::image() const {
@@ -125,7 +125,7 @@ bool TrailerReading::looksSwapped() const {
     constexpr std::uint64_t most = 1024 * 1024; // more is no trailer
     std::string bytes(static_cast<std::size_t>(std::min(m_size - offset, most)), '\0');
     stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    return image::parseTrailer(image::trailerText(bytes)).trailer != nullptr;
+    return image::parseTrailer(std::string(image::trailerText(bytes))).trailer != nullptr;
 }
 
 } // namespace mox::tools

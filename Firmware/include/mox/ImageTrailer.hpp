@@ -3,7 +3,7 @@
 ///
 ///     const std::uint32_t offset = trailerOffset(lastWord);
 ///     if (isTrailerOffset(offset, imageSize)) {
-///         const ParsedTrailer parsed = parseTrailer(trailerText(std::string_view(image).substr(offset)));
+///         const ParsedTrailer parsed = parseTrailer(std::string(trailerText(image.substr(offset))));
 ///         if (parsed.trailer != nullptr)
 ///             use(readFields(*parsed.trailer));
 ///     }
@@ -56,7 +56,7 @@ struct ParsedTrailer {
 };
 
 /// Parses the text of a trailer.
-ParsedTrailer parseTrailer(std::string_view text);
+ParsedTrailer parseTrailer(const std::string& text);
 
 /// The elements of a trailer; what is missing is 0 or empty.
 struct TrailerFields {

@@ -32,10 +32,10 @@ std::string_view trailerText(std::string_view region) {
     return region.substr(0, region.find('\0'));
 }
 
-ParsedTrailer parseTrailer(std::string_view text) {
+ParsedTrailer parseTrailer(const std::string& text) {
     AaGpuXmlParser parser(0);
     ParsedTrailer parsed;
-    parsed.document.reset(parser.AaGpuXmlParse(std::string(text)));
+    parsed.document.reset(parser.AaGpuXmlParse(text));
     parsed.parserResult = parser.AaGpuXmlGetLastResult();
     if (parsed.document) {
         parsed.trailer = FindXmlTag(parsed.document.get(), "trailer");
@@ -60,7 +60,9 @@ std::optional<std::vector<std::uint32_t>> readHwSwIds(const AaGpuXmlNode& traile
     if (list == nullptr) {
         return std::nullopt;
     }
+    constexpr std::size_t usualLength = 32;
     std::vector<std::uint32_t> ids;
+    ids.reserve(usualLength);
     const AaGpuXmlNode* child = list->AaGpuXmlHasChildren() ? list->AaGpuXmlGetFirstChildren() : nullptr;
     for (; child != nullptr; child = child->AaGpuXmlGetNext()) {
         if (child->AaGpuXmlGetName() == "HwSwId") {

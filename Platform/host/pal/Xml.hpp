@@ -21,7 +21,8 @@ struct XmlError {
     std::string text;
 };
 
-/// Reads a document. @return whether `document` holds it; `error` is set otherwise
+/// Reads a document. Text before an element's first child is the element's value, other text is a child.
+/// @return whether `document` holds it; `error` is set otherwise
 bool parseXml(std::string_view text, pugi::xml_document& document, XmlError& error);
 
 /// The line of an offset, from 1.

@@ -10,6 +10,7 @@
 ///
 /// One object is used by one thread at a time; nothing blocks.
 #include <string>
+#include <string_view>
 
 /// What a node is.
 enum EAaGpuXmlNodeType {
@@ -47,12 +48,12 @@ public:
     /// @return one of EAaGpuXmlNodeType
     int AaGpuXmlGetType() const;
 
-    /// @return name of the element or attribute; empty for a document
-    const std::string& AaGpuXmlGetName() const;
+    /// @return name of the element or attribute, which lives as long as the document; empty for a document
+    std::string_view AaGpuXmlGetName() const;
 
     /// @return an attribute's value; an element's own text, without that of its children and without surrounding white
-    ///         space; empty for a document
-    const std::string& AaGpuXmlGetValue() const;
+    ///         space; empty for a document. It lives as long as the document
+    std::string_view AaGpuXmlGetValue() const;
 
 private:
     friend class AaGpuXmlParser;

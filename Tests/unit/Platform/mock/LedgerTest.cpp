@@ -155,7 +155,7 @@ TEST(XmlRootInTheLedger, IsOpenUntilItIsDeleted) {
     std::unique_ptr<AaGpuXmlNode> document(parser.AaGpuXmlParse("<a><b c='d'/></a>"));
     ASSERT_NE(document, nullptr);
     EXPECT_EQ(ledger().count(Kind::xmlRoot), 1U);
-    EXPECT_STREQ(document->AaGpuXmlGetFirstChildren()->AaGpuXmlGetName().c_str(), "a");
+    EXPECT_EQ(document->AaGpuXmlGetFirstChildren()->AaGpuXmlGetName(), "a");
     document.reset();
     EXPECT_EQ(ledger().count(Kind::xmlRoot), 0U);
 }

@@ -9,6 +9,16 @@ using testing::IsEmpty;
 using testing::IsNull;
 using testing::NotNull;
 
+std::string nested(int levels, const std::string& inside = "") {
+    std::string open;
+    std::string close;
+    for (int i = 0; i < levels; ++i) {
+        open += "<a>";
+        close += "</a>";
+    }
+    return open + inside + close;
+}
+
 class TheXmlParser : public testing::Test {
 protected:
     std::unique_ptr<AaGpuXmlNode> parse(const std::string& text) {
@@ -18,8 +28,8 @@ protected:
     static std::vector<std::string> children(const AaGpuXmlNode& parent) {
         std::vector<std::string> shown;
         for (auto* node = parent.AaGpuXmlGetFirstChildren(); node != nullptr; node = node->AaGpuXmlGetNext()) {
-            shown.push_back(std::to_string(node->AaGpuXmlGetType()) + " " + node->AaGpuXmlGetName() + "=" +
-                            node->AaGpuXmlGetValue());
+            shown.push_back(std::to_string(node->AaGpuXmlGetType()) + " " + std::string(node->AaGpuXmlGetName()) + "=" +
+                            std::string(node->AaGpuXmlGetValue()));
         }
         return shown;
     }
@@ -56,6 +66,49 @@ TEST_F(TheXmlParser, GivesAnElementsOwnTextWithoutSurroundingBlanks) {
     EXPECT_EQ(root->AaGpuXmlGetFirstChildren()->AaGpuXmlGetValue(), "one  two <3>");
 }
 
+TEST_F(TheXmlParser, JoinsThePiecesOfEachElementsText) {
+    const auto root = parse("<a>1<b/>2<!-- c -->3<c>4<![CDATA[5]]>6<d/>7</c><![CDATA[8]]>9</a>");
+    ASSERT_THAT(root, NotNull());
+    const auto* a = root->AaGpuXmlGetFirstChildren();
+    EXPECT_EQ(a->AaGpuXmlGetValue(), "12389");
+    EXPECT_THAT(children(*a), ElementsAre("1 b=", "1 c=4567"));
+}
+
+TEST_F(TheXmlParser, GivesTextBehindAnElementOrAloneInACdataSection) {
+    const auto root = parse("<a><b/> 1 <c><![CDATA[ 2 ]]></c></a>");
+    ASSERT_THAT(root, NotNull());
+    const auto* a = root->AaGpuXmlGetFirstChildren();
+    EXPECT_EQ(a->AaGpuXmlGetValue(), "1");
+    EXPECT_THAT(children(*a), ElementsAre("1 b=", "1 c=2"));
+}
+
+TEST_F(TheXmlParser, TakesNoTextBesideTheOutermostElements) {
+    const auto root = parse("<a>1</a><![CDATA[2]]>");
+    ASSERT_THAT(root, NotNull());
+    EXPECT_EQ(root->AaGpuXmlGetValue(), "");
+    EXPECT_THAT(children(*root), ElementsAre("1 a=1"));
+}
+
+TEST_F(TheXmlParser, KeepsTheBlanksOfAnAttribute) {
+    const auto root = parse("<a b=' 1 '/>");
+    ASSERT_THAT(root, NotNull());
+    const auto* a = root->AaGpuXmlGetFirstChildren();
+    EXPECT_TRUE(a->AaGpuXmlHasChildren());
+    EXPECT_THAT(children(*a), ElementsAre("2 b= 1 "));
+    EXPECT_TRUE(a->AaGpuXmlHasChildren());
+}
+
+TEST_F(TheXmlParser, GivesTheTextOfTheDeepestElement) {
+    const auto root = parse(nested(63, "<b>1<![CDATA[2]]></b>"));
+    ASSERT_THAT(root, NotNull());
+    const AaGpuXmlNode* node = root.get();
+    while (node->AaGpuXmlHasChildren()) {
+        node = node->AaGpuXmlGetFirstChildren();
+    }
+    EXPECT_EQ(node->AaGpuXmlGetName(), "b");
+    EXPECT_EQ(node->AaGpuXmlGetValue(), "12");
+}
+
 TEST_F(TheXmlParser, TellsThatALeafHasNoChildren) {
     const auto root = parse("<a>text</a>");
     const auto* leaf = root->AaGpuXmlGetFirstChildren();
@@ -72,8 +125,11 @@ TEST_F(TheXmlParser, GivesNoChildrenOfAnAttribute) {
 }
 
 TEST_F(TheXmlParser, GivesTheSameNodesAgain) {
-    const auto root = parse("<a><b/></a>");
-    EXPECT_EQ(root->AaGpuXmlGetFirstChildren(), root->AaGpuXmlGetFirstChildren());
+    const auto root = parse("<a c='1'><b/></a>");
+    const auto* a = root->AaGpuXmlGetFirstChildren();
+    EXPECT_EQ(a, root->AaGpuXmlGetFirstChildren());
+    EXPECT_EQ(a->AaGpuXmlGetFirstChildren(), a->AaGpuXmlGetFirstChildren());
+    EXPECT_THAT(children(*a), ElementsAre("2 c=1", "1 b="));
 }
 
 TEST_F(TheXmlParser, ExpandsThePredefinedEntitiesAndCharacterReferencesOnly) {
@@ -111,16 +167,6 @@ TEST_F(TheXmlParser, TakesSiblingsByTheTenThousand) {
     const auto root = parse(text + "</a>");
     ASSERT_THAT(root, NotNull());
     EXPECT_EQ(children(*root->AaGpuXmlGetFirstChildren()).size(), 20000u);
-}
-
-std::string nested(int levels) {
-    std::string open;
-    std::string close;
-    for (int i = 0; i < levels; ++i) {
-        open += "<a>";
-        close += "</a>";
-    }
-    return open + close;
 }
 
 TEST_F(TheXmlParser, TakesSixtyFourLevelsAndNoMore) {
