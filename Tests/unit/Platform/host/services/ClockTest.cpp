@@ -156,7 +156,7 @@ TEST(SteadyTime, StaysWithinWhatTheCLibrarysTimeHolds) {
         return std::chrono::duration_cast<std::chrono::seconds>(steadyTime(deadlineNs, bytes).time_since_epoch())
             .count();
     };
-    for (const std::size_t bytes : {4, 8}) {
+    for (const std::size_t bytes : {std::size_t{4}, std::size_t{8}}) {
         EXPECT_EQ(seconds(0, bytes), 0);
         EXPECT_EQ(seconds(INT32_MAX * second - 1, bytes), INT32_MAX - 1);
     }
