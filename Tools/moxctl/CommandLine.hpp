@@ -51,6 +51,9 @@ CLI::Option& takesNumber(CLI::Option& option, std::uint64_t least, std::uint64_t
 /// The option takes a time in seconds, which may have a fraction.
 CLI::Option& takesSeconds(CLI::Option& option);
 
+/// The last line of help for verbs that do not take the first node where none is named.
+constexpr const char* allNodesFooter = "For all nodes, or the one given by --node. Global options: see 'moxctl -h'.";
+
 /// What a positional or option stands for, by the name that help shows: completion offers values for some of them.
 namespace placeholder {
 constexpr const char* receiver = "TO";

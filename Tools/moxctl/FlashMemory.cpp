@@ -82,7 +82,8 @@ void leavePlan(Session& session, const std::string& text) {
 
 void addFlashVerbs(CommandLine& line) {
     CLI::App& group = line.addGroup("flash", "Flash memory of simulated boards: image areas, and updates that are cut");
-    line.addVerb(group, "list", "Lists image areas: whether they are whole, and what lies in them.", listAreas);
+    line.addVerb(group, "list", "Lists image areas: whether they are whole, and what lies in them.", listAreas)
+        .footer(allNodesFooter);
     const auto plan = std::make_shared<std::string>();
     CLI::App& verb = line.addVerb(group, "plan",
                                   "Breaks the next update on the node at its N-th operation. An image of b blocks "

@@ -66,8 +66,8 @@ void listProcesses(Session& session) {
 
 void addPsVerbs(CommandLine& line) {
     CLI::App& group = line.addGroup("ps", "Processes of the run");
-    line.addVerb(group, "list", "Lists services and other processes of all nodes, or of the one given by --node.",
-                 listProcesses);
+    line.addVerb(group, "list", "Lists services, and other processes that have joined.", listProcesses)
+        .footer(allNodesFooter);
 }
 
 } // namespace mox::tools

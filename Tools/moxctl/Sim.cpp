@@ -121,6 +121,7 @@ using Shared = std::shared_ptr<SimOptions>;
 
 void addDirectory(CLI::App& verb, const Shared& options) {
     addArgument(verb, "DIR", options->directory, "The run (default: --run, else MOX_RUN)");
+    verb.footer(allNodesFooter);
 }
 
 void addNew(CommandLine& line, CLI::App& group, const Shared& options) {
