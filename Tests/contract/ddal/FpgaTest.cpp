@@ -97,6 +97,20 @@ TEST_F(Fpga, RefusesALargerImageAndKeepsItsOwn) {
     EXPECT_EQ(flash().image("fpga-10001-1")->version, 10u);
 }
 
+TEST_F(Fpga, KeepsItsImageWhenTheUpdateCannotBeNoted) {
+    ASSERT_EQ(update(primary, image(6, 500, "first")), DDAL_OK);
+    const std::string path = image(7, 300);
+    int result = DDAL_OK;
+    {
+        const FullDisk full;
+        result = update(primary, path);
+    }
+    EXPECT_EQ(result, DDAL_IO_ERROR);
+    EXPECT_TRUE(log.has(testkit::error(0, FullDisk::line)));
+    EXPECT_EQ(flash().image("fpga-10001-1")->version, 6u);
+    EXPECT_EQ(contentOf(flash().path("fpga-10001-1")), contentOf("/tmp/first"));
+}
+
 TEST_F(Fpga, RefusesWhatIsNoImageFile) {
     EXPECT_EQ(update(primary, "/tmp/nothing-here"), DDAL_NOT_FOUND);
     EXPECT_EQ(update(primary, "/tmp/nothing-here/below"), DDAL_NOT_FOUND);

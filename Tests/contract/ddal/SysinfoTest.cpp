@@ -55,6 +55,7 @@ TEST_F(SystemInformation, WantsAnIndexExactlyWhereTheKeyHasOne) {
     EXPECT_EQ(ddal_sysinfo_get_uint(0, card, slots, nullptr, &value), DDAL_INVALID_PARAMETER);
     EXPECT_EQ(ddal_sysinfo_get_uint(0, card, 0, &zero, &value), DDAL_INVALID_PARAMETER);
     EXPECT_EQ(ddal_sysinfo_get_uint(0, isti, slots, &zero, &value), DDAL_INVALID_PARAMETER);
+    EXPECT_EQ(ddal_sysinfo_get_uint(0, isti, 0, &zero, &value), DDAL_INVALID_PARAMETER);
     EXPECT_EQ(value, 17u);
 }
 
@@ -64,6 +65,17 @@ TEST_F(SystemInformation, KeepsANumberForEveryProcess) {
     EXPECT_EQ(runPeer({"isti"}).out, "0 4886718345");
     EXPECT_EQ(runPeer({"isti", "42"}).out, "0 42");
     EXPECT_EQ(istiValue(), 42u);
+}
+
+TEST_F(SystemInformation, SaysWhenAValueCannotBeKept) {
+    int result = DDAL_OK;
+    {
+        const FullDisk full;
+        result = ddal_sysinfo_set_uint(0, isti, 0, nullptr, 8);
+    }
+    EXPECT_EQ(result, DDAL_IO_ERROR);
+    EXPECT_TRUE(log.has(testkit::error(0, FullDisk::line)));
+    EXPECT_EQ(istiValue(), 7u);
 }
 
 TEST_F(SystemInformation, LetsNobodySetWhatTheHardwareDecides) {
