@@ -103,6 +103,14 @@ TEST_F(GetTrailerWithFaults, FailsWithoutALineWhereThereIsNoMemory) {
     EXPECT_THAT(lastLine(), ::testing::StartsWith("debug: get_trailer(): Trailer length: "));
 }
 
+TEST_F(GetTrailerWithFaults, EndsTheTextInMemoryThatWasUsedBefore) {
+    std::uint32_t offset = 0;
+    char* text = nullptr;
+    ASSERT_EQ(get_trailer(m_path.c_str(), &offset, &text), 0);
+    EXPECT_EQ(text[std::filesystem::file_size(m_path) - offset], '\0');
+    std::free(text);
+}
+
 TEST_F(GetTrailerWithFaults, FailsWhereTheTextIsNotRead) {
     const StdioFault fault("fread", 2);
     EXPECT_EQ(getTrailer(), 70406);
@@ -201,6 +209,19 @@ TEST_F(CalculateCrcWithFaults, IsReportedAsAnotherCrcWhenItFails) {
     const StdioFault fault("fdopen", 2);
     EXPECT_EQ(binary_crc(m_path.c_str()), 70413);
     EXPECT_EQ(lastLine(), "info: binary_crc(): " + text);
+}
+
+// The CRC-32 that could not be calculated is 0; a trailer that says 0 is not right by that.
+TEST_F(CalculateCrcWithFaults, IsReportedAsAnotherCrcWhereTheTrailerSaysZero) {
+    const std::string path = write(imageOf(m_payload, "<trailer/>"));
+    {
+        const StdioFault fault("fdopen", 2);
+        EXPECT_EQ(binary_validate(path.c_str(), 0x12345678), 70413);
+        EXPECT_EQ(platformLines().back(), "4 0x20003: CRC check failed: " + path + ". Calculated CRC32: 0, Assumed: 0");
+    }
+    const StdioFault fault("fdopen", 2);
+    EXPECT_EQ(binary_crc(path.c_str()), 70413);
+    EXPECT_EQ(lastLine(), "info: binary_crc(): CRC check failed: " + path + ". Calculated CRC32: 0, Assumed: 0");
 }
 
 class CopyWithFaults : public WithFaults {

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 
 namespace mox::images {
 namespace {
@@ -59,7 +60,11 @@ std::size_t __real_fwrite(const void* data, std::size_t size, std::size_t count,
 int __real_fclose(std::FILE* file);
 
 void* __wrap_malloc(std::size_t size) {
-    return fails("malloc", ENOMEM) ? nullptr : __real_malloc(size);
+    void* const memory = fails("malloc", ENOMEM) ? nullptr : __real_malloc(size);
+    if (memory != nullptr) {
+        std::memset(memory, 0x5A, size); // what nobody has written is not zero
+    }
+    return memory;
 }
 std::FILE* __wrap_fdopen(int descriptor, const char* mode) {
     return fails("fdopen", ENOMEM) ? nullptr : __real_fdopen(descriptor, mode);
