@@ -246,6 +246,13 @@ TEST_F(BmuWithAResetFile, IsResetOnceForEachWriting) {
     EXPECT_EQ(versionOf(bmu), 6u);
 }
 
+TEST_F(BmuWithAResetFile, IsNotResetOnceMoreBehindAResetOfTheUnit) {
+    askForReset();
+    ASSERT_TRUE(host::resetNode(run(), firstNode));
+    ASSERT_EQ(ddal_fpga_update_mod(bmu, primary, image(6, 300).c_str()), DDAL_OK);
+    EXPECT_EQ(versionOf(bmu), 5u);
+}
+
 TEST_F(BmuWithAResetFile, ResetsOnlyTheBmu) {
     ASSERT_EQ(ddal_fpga_update_mod(mainFpga, primary, image(6, 300).c_str()), DDAL_OK);
     askForReset();
