@@ -60,9 +60,10 @@ protected:
     ERadHwapi m_feature;
 
 private:
-    /// The request that is being offered a response; null once it has completed. Its address alone does not tell: a
-    /// request created since may have got the same one.
-    const Req* m_offered = nullptr;
+    class Walk;
+
+    /// The innermost offer of a response that goes on.
+    Walk* m_walk = nullptr;
 };
 
 } // namespace ps::hwapi::common

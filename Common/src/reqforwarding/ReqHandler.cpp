@@ -32,6 +32,33 @@ Req* requestOf(const void* msgHandle) {
 
 } // namespace
 
+/// A response being offered to the requests. Offers nest when a request hands on another response meanwhile.
+class ReqHandler::Walk {
+public:
+    explicit Walk(ReqHandler& handler) : m_handler(handler), m_outer(handler.m_walk) { handler.m_walk = this; }
+    Walk(const Walk&) = delete;
+    Walk& operator=(const Walk&) = delete;
+    ~Walk() { m_handler.m_walk = m_outer; }
+
+    void begin(const Req* req) { m_offered = req; }
+    /// Whether the request just asked has completed. Its address alone does not tell: a request created since may have
+    /// got the same one.
+    bool hasLost() const { return m_offered == nullptr; }
+
+    static void noteCompletion(Walk* innermost, const Req* req) {
+        for (Walk* walk = innermost; walk != nullptr; walk = walk->m_outer) {
+            if (walk->m_offered == req) {
+                walk->m_offered = nullptr;
+            }
+        }
+    }
+
+private:
+    ReqHandler& m_handler;
+    Walk* const m_outer;
+    const Req* m_offered = nullptr;
+};
+
 ReqHandler::ReqHandler(ERadHwapi feature) : m_feature(feature) {
     AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, m_feature, "ReqHandler::ReqHandler");
 }
@@ -72,9 +99,7 @@ void ReqHandler::ReqCompleted(Req* req) {
         AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, m_feature, "ReqHandler::ReqCompleted delete req '%p'",
                        asPointer(req));
         m_reqs.erase(it);
-        if (m_offered == req) {
-            m_offered = nullptr;
-        }
+        Walk::noteCompletion(m_walk, req);
         delete req;
     }
     AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, m_feature, "ReqHandler::ReqCompleted m_reqs.size '%zu'",
@@ -84,18 +109,18 @@ void ReqHandler::ReqCompleted(Req* req) {
 void ReqHandler::HandleForwardedReqResp(void* msgHandle) {
     AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, m_feature,
                    "ReqHandler::HandleForwardedReqResp msgHandle '%p' m_reqs.size '%zu'", msgHandle, m_reqs.size());
+    Walk walk(*this);
     for (Req* const req : m_reqs) {
         const std::size_t sizeBefore = m_reqs.size();
         AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, m_feature, "ReqHandler::HandleForwardedReqResp req '%p'",
                        asPointer(req));
-        m_offered = req;
+        walk.begin(req);
         req->HandleForwardedReqResp(msgHandle);
         // A request that completes and adds another one keeps the size, yet the walk cannot go on from it.
-        if (m_reqs.size() != sizeBefore || m_offered != req) {
+        if (m_reqs.size() != sizeBefore || walk.hasLost()) {
             break;
         }
     }
-    m_offered = nullptr;
     AaSysLogPrintE(EAaSysLogSeverityLevel_Debug, m_feature, "ReqHandler::HandleForwardedReqResp m_reqs.size '%zu'",
                    m_reqs.size());
 }

@@ -245,6 +245,36 @@ TEST_F(ForwardedResponse, GoesOnWhenAnotherRequestIsReplaced) {
                                     "added" + offered));
 }
 
+TEST_F(ForwardedResponse, GoesOnAfterARequestHasHandedOnAnother) {
+    TestReq* const first = keep("first");
+    keep("second");
+    first->onResp = [this](TestReq& self) {
+        auto& test = *this; // what is captured goes with the next line
+        self.onResp = [](TestReq&) {};
+        test.offer();
+    };
+    offer();
+    EXPECT_THAT(told(), ElementsAre("first" + offered, "first" + offered, "second" + offered, "second" + offered));
+}
+
+TEST_F(ForwardedResponse, StopsWhenAnotherThatWasHandedOnIsTakenAndReplaced) {
+    TestReq* const first = keep("first");
+    keep("second");
+    first->onResp = [this](TestReq& self) {
+        auto& test = *this;
+        self.onResp = [&test](TestReq& inner) {
+            HandlerUnderTest& keeper = test.handler;
+            ServicePlatform& board = test.platform;
+            inner.complete();
+            keeper.HandleNewReq(new TestReq(board, keeper, feature, "added"));
+        };
+        test.offer();
+    };
+    offer();
+    EXPECT_THAT(told(), ElementsAre("first" + offered, "first" + offered, "~first", "added begins"));
+    EXPECT_EQ(handler.m_reqs.size(), 2U);
+}
+
 TEST_F(ForwardedResponse, LetsAnExceptionOfARequestThrough) {
     keep("first")->onResp = [](TestReq&) { throw std::runtime_error("x"); };
     keep("second");
