@@ -71,6 +71,19 @@ TEST_F(EchoInProcess, LetsARequestLiveThatHasTheAddressOfACompletedOne) {
     EXPECT_EQ(outcomeOf(client.await(forwardResponse, limitMs)), std::uint32_t(Outcome::answered));
 }
 
+TEST_F(EchoInProcess, GivesEachRequestItsOwnAnswer) {
+    Messages first;
+    Messages second;
+    Messages other;
+    const Message askedFirst = forward(first, other);
+    const Message askedSecond = forward(second, other);
+    other.send(askedFirst.sender, echoResponse, Bytes(3, 0)); // too short for a ticket
+    other.send(askedSecond.sender, echoResponse, askedSecond.bytes);
+    EXPECT_EQ(outcomeOf(second.await(forwardResponse, limitMs)), std::uint32_t(Outcome::answered));
+    other.send(askedFirst.sender, echoResponse, askedFirst.bytes);
+    EXPECT_EQ(outcomeOf(first.await(forwardResponse, limitMs)), std::uint32_t(Outcome::answered));
+}
+
 TEST_F(EchoInProcess, AnswersAtOnceWhenThereIsNoTimer) {
     mox::mock::fail("AaSysTimermCreate").with(EAaSysTimerRetVal_OutOfResources);
     Messages client;
