@@ -74,10 +74,6 @@ private:
                 files.insert(entry.path());
         return files;
     }
-    static std::ptrdiff_t openDescriptors() {
-        std::filesystem::directory_iterator open("/proc/self/fd");
-        return std::distance(begin(open), end(open));
-    }
 };
 
 TEST_P(UpdateFromABadImage, OfHardlyAnyBytesIsRefused) {

@@ -8,7 +8,6 @@
 #include <dirent.h>
 
 #include <algorithm>
-#include <filesystem>
 
 namespace mox::firmwaretest {
 namespace {
@@ -240,16 +239,12 @@ TEST_F(ImageSearch, CountsAnImageWhosePathCannotBePrinted) {
 }
 
 TEST_F(ImageSearch, LeavesNoDirectoryOpen) {
-    const auto descriptors = [] {
-        std::filesystem::directory_iterator open("/proc/self/fd");
-        return std::distance(begin(open), end(open));
-    };
     touch("BMU.bin");
     find();
-    const auto before = descriptors();
+    const auto before = openDescriptors();
     find();
     find_binary_multiple("/ffs/nothing", "KOR", "BMU", rows, room);
-    EXPECT_EQ(descriptors(), before);
+    EXPECT_EQ(openDescriptors(), before);
 }
 
 } // namespace

@@ -182,5 +182,26 @@ TEST_F(ForceMarker, ThatIsAFifoIsReadAndWrittenLikeAFile) {
     close(end);
 }
 
+TEST_F(ForceMarker, LeavesNothingOpen) {
+    writeFile(forced, "1");
+    EXPECT_EQ(is_firmware_update_forced("bmu"), 1); // what is opened once and kept, a log say, is open then
+    const auto before = openDescriptors();
+    for (const char* text : {"3", "0", "three"}) {
+        writeFile(forced, text);
+        is_firmware_update_forced("bmu");
+        EXPECT_EQ(openDescriptors(), before) << text;
+    }
+}
+
+TEST_F(DisableMarker, LeavesNothingOpen) {
+    EXPECT_EQ(is_firmware_update_disabled(), 0);
+    const auto before = openDescriptors();
+    writeFile(disabledForKor, "");
+    EXPECT_EQ(is_firmware_update_disabled(), 1);
+    writeFile(disabled, "");
+    EXPECT_EQ(is_firmware_update_disabled(), 1);
+    EXPECT_EQ(openDescriptors(), before);
+}
+
 } // namespace
 } // namespace mox::firmwaretest

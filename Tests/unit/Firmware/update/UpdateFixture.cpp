@@ -5,6 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -63,6 +64,11 @@ void writeFile(const std::string& path, const std::string& text) {
     file << text;
     if (!file.flush())
         throw std::runtime_error("cannot write " + path);
+}
+
+std::ptrdiff_t openDescriptors() {
+    std::filesystem::directory_iterator open("/proc/self/fd");
+    return std::distance(begin(open), end(open));
 }
 
 } // namespace mox::firmwaretest

@@ -60,4 +60,7 @@ inline std::string padded(std::string text, std::size_t size) {
 std::string readFile(const std::string& path);
 void writeFile(const std::string& path, const std::string& text);
 
+/// Number of descriptors that this process has open.
+std::ptrdiff_t openDescriptors();
+
 } // namespace mox::firmwaretest
