@@ -54,6 +54,14 @@ TEST_F(BmuResetOfABoard, ReadsTheUnitAnewEachTime) {
     EXPECT_STREQ(unit_version(), "KORA");
 }
 
+TEST_F(BmuResetOfABoard, LeavesNothingOpen) {
+    setUnit("ZUPA");
+    EXPECT_EQ(ddal_bmu_reset(), 0);
+    const auto before = openDescriptors();
+    EXPECT_EQ(ddal_bmu_reset(), 0);
+    EXPECT_EQ(openDescriptors(), before);
+}
+
 TEST_F(BmuResetOfABoard, FailsWhenTheUnitCannotBeRead) {
     failUnit(DDAL_IO_ERROR);
     EXPECT_EQ(ddal_bmu_reset(), -1);
