@@ -1,4 +1,5 @@
 #include "Moxctl.hpp"
+#include "support/OtherUser.hpp"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -217,21 +218,18 @@ TEST(SimForAnUnprivilegedUser, StartsAsksAndStops) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "every test of this run does so";
     }
-    const auto asNobody = [](const std::string& program, const Words& words) {
-        Words all{"setpriv", "--reuid", "65534", "--regid", "65534", "--clear-groups", program};
-        all.insert(all.end(), words.begin(), words.end());
-        return runCommand(all, settingFor({}));
-    };
-    if (asNobody("true", {}).status != 0) {
-        GTEST_SKIP() << "there is no other user in this namespace";
+    if (const std::string whyNot = whyNotAsOtherUser(MOXCTL_PATH); !whyNot.empty()) {
+        GTEST_SKIP() << whyNot;
     }
     const TemporaryDirectory directory;
     std::filesystem::permissions(directory.path(), std::filesystem::perms::all);
     const std::string run = directory.path() + "/run";
-    for (const Words& words : {Words{"sim", "new", run}, Words{"sim", "up", run},
-                               Words{"msg", "request", "Echo", "0601", "--run", run}, Words{"sim", "down", run}}) {
-        const CommandResult result = asNobody(MOXCTL_PATH, words);
-        EXPECT_EQ(result.status, 0) << words[1] << ": " << result.err;
+    const std::string moxctl = MOXCTL_PATH;
+    for (const Words& words :
+         {Words{moxctl, "sim", "new", run}, Words{moxctl, "sim", "up", run},
+          Words{moxctl, "msg", "request", "Echo", "0601", "--run", run}, Words{moxctl, "sim", "down", run}}) {
+        const CommandResult result = runCommand(asOtherUser(words), settingFor({}));
+        EXPECT_EQ(result.status, 0) << words[2] << ": " << result.err;
     }
 }
 

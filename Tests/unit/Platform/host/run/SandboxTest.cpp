@@ -2,6 +2,7 @@
 
 #include "host/run/SandboxPaths.hpp"
 #include "support/Files.hpp"
+#include "support/OtherUser.hpp"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -18,7 +19,9 @@ namespace {
 
 using namespace mox::host;
 namespace fs = std::filesystem;
+using mox::testing::asOtherUser;
 using mox::testing::contentOf;
+using mox::testing::whyNotAsOtherUser;
 using testing::AllOf;
 using testing::Contains;
 using testing::EndsWith;
@@ -210,18 +213,17 @@ TEST_F(Sandbox, BeginsASessionOfItsOwnWhenAskedTo) {
 TEST_F(Sandbox, WorksForAUserWithoutPrivileges) {
     if (geteuid() != 0)
         GTEST_SKIP() << "every test of this file runs without privileges";
-    const std::string asNobody = "setpriv --reuid=65534 --regid=65534 --clear-groups ";
-    if (system((asNobody + "true 2>/dev/null").c_str()) != 0)
-        GTEST_SKIP() << "there is no other user in this namespace";
+    if (const std::string whyNot = whyNotAsOtherUser(MOX_SANDBOX_STARTER); !whyNot.empty())
+        GTEST_SKIP() << whyNot;
     std::string why;
-    std::vector<std::string> command =
+    const std::vector<std::string> command =
         sandboxCommand(m_run, node, {"/bin/sh", "-c", "id -u > /ram/mark; cat /ram/mark"}, {}, why);
     ASSERT_THAT(command, Not(IsEmpty())) << why;
     fs::permissions(m_top, fs::perms::all);
     for (const auto& entry : fs::recursive_directory_iterator(m_top))
         fs::permissions(entry.path(), fs::perms::all);
-    std::string line = asNobody;
-    for (const std::string& word : command)
+    std::string line;
+    for (const std::string& word : asOtherUser(command))
         line += " '" + word + "'";
     EXPECT_EQ(WEXITSTATUS(system(line.c_str())), 0);
     EXPECT_EQ(contentOf(storage("ram") + "/mark"), "65534\n");
