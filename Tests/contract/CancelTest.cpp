@@ -145,8 +145,10 @@ TEST(CallWithACancellationPending, IsCarriedOutAsAnyOther) {
     }
 }
 
-#ifndef __SANITIZE_THREAD__ // the race detector does not know what becomes of a cancelled thread
 TEST(CallThatIsCancelled, LeavesThePlatformAble) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "the race detector loses track of locks when a thread is cancelled in a system call";
+#endif
     for (const Call& call : calls) {
         for (int i = 0; i < 10; ++i) {
             pthread_t thread{};
@@ -161,6 +163,9 @@ TEST(CallThatIsCancelled, LeavesThePlatformAble) {
 }
 
 TEST(ReceivingWithACancellationPending, EndsTheEuAndItsRegistrations) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "the race detector loses track of locks when a thread is cancelled in a system call";
+#endif
     const Call call{"receive", [] {
                         EXPECT_EQ(AaSysComEuUserRegister(0x0123), 0x0123);
                         Message(AaSysComMsgReceive(-1, 0)); // nothing will come
@@ -171,7 +176,6 @@ TEST(ReceivingWithACancellationPending, EndsTheEuAndItsRegistrations) {
     ASSERT_EQ(AaSysComMsgSend(AaSysComMsgCreate(7, 0, next.address())), EAaSysComRetVal_NoError);
     EXPECT_EQ(receive().id(), 7);
 }
-#endif
 
 TEST(SendingWithACancellationPending, WakesAReceiverThatSleeps) {
     static std::atomic<std::uint32_t> receiver{0};
