@@ -202,8 +202,8 @@ Ends socketPair() {
 
 Ends zeroMq() {
     static int count = 0;
-    const std::string address =
-        "ipc:///tmp/mox-bench-" + std::to_string(getpid()) + "-" + std::to_string(count++) + ".zmq";
+    // A name without a file, which nobody would remove.
+    const std::string address = "ipc://@mox-bench-" + std::to_string(getpid()) + "-" + std::to_string(count++);
     return {std::make_unique<ZeroMqEnd>(address, true), std::make_unique<ZeroMqEnd>(address, false)};
 }
 
