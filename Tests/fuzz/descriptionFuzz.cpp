@@ -11,7 +11,7 @@ void fuzz(std::string_view bytes) {
     DescriptionError error;
     const auto description = parseDescription(bytes, "board.json", error);
     if (!description) {
-        const auto lines = 1 + std::count(bytes.begin(), bytes.end(), '\n');
+        const auto lines = static_cast<std::size_t>(1 + std::count(bytes.begin(), bytes.end(), '\n'));
         expect(error.line >= 1 && error.line <= lines);
         expect(!error.text.empty() && error.message().rfind("board.json:", 0) == 0);
         return;

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <tuple>
 
 namespace mox::images {
 
@@ -12,14 +13,14 @@ inline std::uint32_t wordwiseCrc(std::FILE* file, std::uint32_t length) {
     unsigned char word[4] = {};
     auto crc = crc32(0, Z_NULL, 0);
     for (std::uint32_t i = 0; i < length / 4; ++i) {
-        static_cast<void>(std::fread(word, sizeof(word), 1, file));
+        std::ignore = std::fread(word, sizeof(word), 1, file);
         crc = crc32(crc, word, sizeof(word));
     }
     if (const std::uint32_t rest = length % 4; rest != 0) {
         for (unsigned char& byte : word) {
             byte = 0;
         }
-        static_cast<void>(std::fread(word, 1, rest, file));
+        std::ignore = std::fread(word, 1, rest, file);
         crc = crc32(crc, word, rest);
     }
     return static_cast<std::uint32_t>(crc);
