@@ -76,7 +76,7 @@ TEST_F(WithoutMemory, BinaryCrcFails) {
 
 TEST_F(WithoutMemory, BinaryValidateFails) {
     sweep([this] { return binary_validate(m_path.c_str(), 3); },
-          AnyOf(Eq(0), Eq(70401), Eq(70406), Eq(70411), Eq(70413)), 9);
+          AnyOf(Eq(0), Eq(70401), Eq(70406), Eq(70411), Eq(70413)), 6);
 }
 
 TEST_F(WithoutMemory, BinaryVersionFails) {

@@ -1,10 +1,9 @@
 #include "InRun.hpp"
+#include "support/SpawnFailures.hpp"
 
 #include <pal/AaPro.h>
 
 #include <gmock/gmock.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -101,17 +100,6 @@ TEST_F(AaProCmd, ReadsMoreThanAPipeHolds) {
     std::int32_t status = -1;
     EXPECT_EQ(raw({"head", "-c", "500000", "/dev/zero"}, output, 10, &status), 0);
     EXPECT_EQ(status, 0);
-}
-
-/// An emulator's vfork() is a fork(), so the child cannot tell the C library that it has failed.
-bool spawnTellsFailures() {
-    pid_t child = 0;
-    char program[] = "/no/such/program";
-    char* const argv[] = {program, nullptr};
-    const bool told = posix_spawn(&child, program, nullptr, nullptr, argv, environ) != 0;
-    if (!told)
-        waitpid(child, nullptr, 0);
-    return told;
 }
 
 TEST_F(AaProCmd, ReportsAProgramThatCannotBeRun) {
