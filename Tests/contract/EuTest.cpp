@@ -275,57 +275,53 @@ TEST(Eus, LeaveNothingBehindWhenThousandsHaveEnded) {
     EXPECT_TRUE(eventually([=] { return mox::testing::openDescriptors() <= before; }));
 }
 
+/// An EU that registers itself, waits for one message without limit and returns.
+class WaitingEu {
+public:
+    /// @param keepCancellationOut  until it returns
+    explicit WaitingEu(bool keepCancellationOut) : m_keepCancellationOut(keepCancellationOut) {
+        WaitingEu* const self = this;
+        EXPECT_EQ(AaSysComEuCreateAndStart(nullptr, "waiting", run, usualStack, 1, &self, sizeof(self)),
+                  EAaProEuRetVal_NoError);
+        EXPECT_TRUE(eventually([this] { return m_address != 0; }));
+    }
+
+    int cancel() const { return pthread_cancel(m_thread); }
+    EAaSysComRetVal send() const { return AaSysComMsgSend(AaSysComMsgCreate(1, 0, m_address)); }
+
+private:
+    static void* run(void* argument) {
+        WaitingEu& self = **static_cast<WaitingEu**>(argument);
+        if (self.m_keepCancellationOut)
+            pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
+        self.m_thread = pthread_self();
+        self.m_address = AaSysComSicadGet(AaSysComEuUserRegister(0), AaSysComGetOwnNid());
+        void* message = AaSysComMsgReceive(-1, 0); // may be a cancellation point
+        AaSysComMsgDestroy(&message);
+        pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
+        return nullptr;
+    }
+
+    const bool m_keepCancellationOut;
+    std::atomic<std::uint32_t> m_address{0};
+    std::atomic<pthread_t> m_thread{};
+};
+
 TEST(CancelledEu, LosesItsRegistrationsAsOneThatReturns) {
 #ifdef __SANITIZE_THREAD__
     GTEST_SKIP() << "the race detector loses track of locks when a thread is cancelled in a system call";
 #endif
-    std::atomic<std::uint32_t> address{0};
-    std::atomic<pthread_t> thread{};
-    const struct {
-        std::atomic<std::uint32_t>* address;
-        std::atomic<pthread_t>* thread;
-    } block{&address, &thread};
-    const TAaProEuEntry entry = [](void* argument) -> void* {
-        const auto mine = *static_cast<decltype(block)*>(argument);
-        *mine.thread = pthread_self();
-        *mine.address = AaSysComSicadGet(AaSysComEuUserRegister(0), AaSysComGetOwnNid());
-        void* message = AaSysComMsgReceive(-1, 0); // a cancellation point, where it waits for ever
-        AaSysComMsgDestroy(&message);
-        return nullptr;
-    };
-    ASSERT_EQ(AaSysComEuCreateAndStart(nullptr, "cancelled", entry, usualStack, 1, &block, sizeof(block)),
-              EAaProEuRetVal_NoError);
-    ASSERT_TRUE(eventually([&] { return address != 0; }));
-    EXPECT_EQ(pthread_cancel(thread), 0);
+    const WaitingEu sut(false);
+    EXPECT_EQ(sut.cancel(), 0);
     // Where the wait is no cancellation point, the first message ends the EU.
-    EXPECT_TRUE(
-        eventually([&] { return AaSysComMsgSend(AaSysComMsgCreate(1, 0, address)) == EAaSysComRetVal_NoReceiver; }));
+    EXPECT_TRUE(eventually([&] { return sut.send() == EAaSysComRetVal_NoReceiver; }));
 }
 
 TEST(CancelledEu, MayReturnBeforeItGetsToACancellationPoint) {
-    std::atomic<std::uint32_t> address{0};
-    std::atomic<pthread_t> thread{};
-    const struct {
-        std::atomic<std::uint32_t>* address;
-        std::atomic<pthread_t>* thread;
-    } block{&address, &thread};
-    const TAaProEuEntry entry = [](void* argument) -> void* {
-        const auto mine = *static_cast<decltype(block)*>(argument);
-        pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
-        *mine.thread = pthread_self();
-        *mine.address = AaSysComSicadGet(AaSysComEuUserRegister(0), AaSysComGetOwnNid());
-        void* message = AaSysComMsgReceive(-1, 0);
-        AaSysComMsgDestroy(&message);
-        pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
-        return nullptr;
-    };
-    ASSERT_EQ(AaSysComEuCreateAndStart(nullptr, "cancelled", entry, usualStack, 1, &block, sizeof(block)),
-              EAaProEuRetVal_NoError);
-    ASSERT_TRUE(eventually([&] { return address != 0; }));
-    EXPECT_EQ(pthread_cancel(thread), 0);
-    EXPECT_EQ(AaSysComMsgSend(AaSysComMsgCreate(1, 0, address)), EAaSysComRetVal_NoError);
-    EXPECT_TRUE(
-        eventually([&] { return AaSysComMsgSend(AaSysComMsgCreate(1, 0, address)) == EAaSysComRetVal_NoReceiver; }));
+    const WaitingEu sut(true);
+    EXPECT_EQ(sut.cancel(), 0);
+    EXPECT_EQ(sut.send(), EAaSysComRetVal_NoError);
+    EXPECT_TRUE(eventually([&] { return sut.send() == EAaSysComRetVal_NoReceiver; }));
 }
 
 TEST(DefaultPolicy, IsTimeSharingWhenNothingIsConfigured) {
